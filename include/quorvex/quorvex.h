@@ -1,0 +1,22 @@
+/* QUORVEX: the engine of an installation-authoring system.
+ *
+ * Include this header for the whole C API. A host opens a profile
+ * (profile.h), reads records as lists (list.h and the record kinds), writes
+ * changes back, and closes the profile. */
+#ifndef QUORVEX_QUORVEX_H_
+#define QUORVEX_QUORVEX_H_
+
+#include "quorvex/base.h"
+#include "quorvex/ad.h"
+#include "quorvex/catalogue.h"
+#include "quorvex/host.h"
+#include "quorvex/list.h"
+#include "quorvex/locations.h"
+#include "quorvex/profile.h"
+#include "quorvex/records.h"
+#include "quorvex/report.h"
+#include "quorvex/text.h"
+#include "quorvex/vcs.h"
+#include "quorvex/writer.h"
+
+#endif /* QUORVEX_QUORVEX_H_ */

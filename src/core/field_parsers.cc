@@ -1,0 +1,216 @@
+// The field parsers: each reads one field of a record line at the cursor and
+// moves the cursor past the field and the comma after it.
+//
+// A malformed field is reported with the file and line, and the parser
+// returns 0 with the cursor where it stopped; the caller abandons the record.
+// Integers are the exception: they report, read 0 and let the record go on.
+#include <cstdio>
+#include <cstring>
+
+#include "core/decimal.h"
+#include "core/text_chars.h"
+#include "quorvex/report.h"
+#include "quorvex/text.h"
+
+namespace qv {
+namespace {
+
+constexpr char kStringNoOpeningQuote[] = "Bad string constant: must begin with double quote";
+constexpr char kStringNoClosingQuote[] = "Bad string constant: must end with double quote";
+constexpr char kStringNoComma[] = "Bad string constant: missing comma after end double quote";
+constexpr char kFlagNotYN[] = "Bad flag constant: must be a Y or an N character";
+constexpr char kFlagNoComma[] = "Bad flag constant: missing comma following flag";
+constexpr char kFlagStringNotYN[] = "Bad flag string: must contain 32 Y or N characters";
+constexpr char kIntegerNoDigit[] = "Bad integer constant: first character must be a digit";
+constexpr char kIntegerNoComma[] = "Bad integer constant: missing comma following integer";
+
+int Fail(const char* message) {
+  ReportError(message, 1);
+  return 0;
+}
+
+bool IsFlagLetter(char c) {
+  return c == 'Y' || c == 'y' || c == 'N' || c == 'n';
+}
+bool IsYes(char c) {
+  return c == 'Y' || c == 'y';
+}
+
+// An optional field may be empty: the cursor stands at a comma, which is
+// consumed, or at the end of the line.
+bool TakeEmptyOptional(char** cursor, uint32_t options) {
+  if ((options & FO_OPTIONAL) == 0) return false;
+  if (**cursor == '\0') return true;
+  if (**cursor != ',') return false;
+  ++*cursor;
+  return true;
+}
+
+// After a field only blanks may follow before the comma or the end of the
+// line; the comma is consumed.
+bool TakeFieldEnd(char** cursor) {
+  SkipBlanks(cursor);
+  if (**cursor == ',') {
+    ++*cursor;
+    return true;
+  }
+  return **cursor == '\0';
+}
+
+// The digits of an integer field, converted; every error reads as 0.
+int32_t ReadIntegerToken(char** cursor, uint32_t options) {
+  SkipBlanks(cursor);
+  if (TakeEmptyOptional(cursor, options)) return 0;
+  if (!IsDigit(**cursor)) {
+    ReportError(kIntegerNoDigit, 1);
+    return 0;
+  }
+  const char* digits = *cursor;
+  while (IsDigit(**cursor)) ++*cursor;
+  SkipBlanks(cursor);
+  if (**cursor != '\0' && **cursor != ',') {
+    ReportError(kIntegerNoComma, 1);
+    return 0;
+  }
+  if (**cursor == ',') ++*cursor;
+  return DecimalToInt32(digits);
+}
+
+// One group of a version quad; a group that does not begin with a digit
+// reads 0 and consumes nothing.
+uint32_t ReadVersionGroup(char** cursor) {
+  uint32_t value = 0;
+  if (IsDigit(**cursor)) {
+    value = static_cast<uint32_t>(DecimalToInt32(*cursor));
+    while (IsDigit(**cursor)) ++*cursor;
+  }
+  SkipBlanks(cursor);
+  return value;
+}
+
+}  // namespace
+}  // namespace qv
+
+extern "C" {
+
+int ParseQuotedString(char** cursor, char* destination, uint32_t options, int size) {
+  SkipBlanks(cursor);
+  if (qv::TakeEmptyOptional(cursor, options)) {
+    if (size > 0) destination[0] = '\0';
+    return 1;
+  }
+  if (**cursor != '"') return qv::Fail(qv::kStringNoOpeningQuote);
+  char* text = *cursor + 1;
+  char* close = text;
+  bool escapes = false;
+  // A double quote behind a caret belongs to the text.
+  for (;; ++close) {
+    if (*close == '\0') return qv::Fail(qv::kStringNoClosingQuote);
+    if (*close != '"') continue;
+    if (close[-1] != '^') break;
+    escapes = true;
+  }
+  size_t length = static_cast<size_t>(close - text);
+  size_t limit = size > 0 ? static_cast<size_t>(size) - 1 : 0;
+  if (length > limit) {
+    // The message names what the destination held before this field.
+    char message[QV_LINE_SIZE];
+    snprintf(message, sizeof message,
+             "String \"%.*s\" is too long: should not exceed %d characters (within quotes)",
+             static_cast<int>(limit), size > 0 ? destination : "", static_cast<int>(limit));
+    ReportError(message, 1);
+    length = limit;
+  }
+  if (size > 0) {
+    memmove(destination, text, length);
+    destination[length] = '\0';
+  }
+  *cursor = close + 1;
+  if (!qv::TakeFieldEnd(cursor)) return qv::Fail(qv::kStringNoComma);
+  if (escapes && size > 0) UnescapeQuotes(destination);
+  return 1;
+}
+
+int ParseFlag(char** cursor, uint32_t* value, uint32_t options) {
+  SkipBlanks(cursor);
+  if (qv::TakeEmptyOptional(cursor, options)) {
+    *value = 0;
+    return 1;
+  }
+  char letter = **cursor;
+  if (!qv::IsFlagLetter(letter)) return qv::Fail(qv::kFlagNotYN);
+  ++*cursor;
+  if (!qv::TakeFieldEnd(cursor)) return qv::Fail(qv::kFlagNoComma);
+  *value = qv::IsYes(letter) ? 1 : 0;
+  return 1;
+}
+
+int ParseFlagString32(char** cursor, uint32_t* word, uint32_t options) {
+  *word = 0;
+  SkipBlanks(cursor);
+  if (qv::TakeEmptyOptional(cursor, options)) return 1;
+  if (**cursor != '"') return qv::Fail(qv::kStringNoOpeningQuote);
+  char* letters = *cursor + 1;
+  char* close = strchr(letters, '"');
+  if (close == nullptr) return qv::Fail(qv::kStringNoClosingQuote);
+  *cursor = close + 1;
+  if (!qv::TakeFieldEnd(cursor)) return qv::Fail(qv::kStringNoComma);
+  // The first letter is bit 31; blanks between letters are allowed and
+  // letters after the 32nd are ignored.
+  for (int bit = 31; bit >= 0; --bit) {
+    SkipBlanks(&letters);
+    if (!qv::IsFlagLetter(*letters)) return qv::Fail(qv::kFlagStringNotYN);
+    if (qv::IsYes(*letters)) *word |= uint32_t{1} << bit;
+    ++letters;
+  }
+  return 1;
+}
+
+int ParseInteger(char** cursor, int32_t* value, uint32_t options) {
+  *value = qv::ReadIntegerToken(cursor, options);
+  return 1;
+}
+
+int ParseLong(char** cursor, int32_t* value, uint32_t options) {
+  *value = qv::ReadIntegerToken(cursor, options);
+  return 1;
+}
+
+int ParseVersionQuad(char** cursor, uint32_t* pair, uint32_t options) {
+  SkipBlanks(cursor);
+  if (qv::TakeEmptyOptional(cursor, options)) {
+    pair[0] = 0;
+    pair[1] = 0;
+    return 1;
+  }
+  if (!qv::IsDigit(**cursor)) return qv::Fail(qv::kIntegerNoDigit);
+  uint32_t groups[4];
+  for (uint32_t& group : groups) group = qv::ReadVersionGroup(cursor);
+  pair[0] = (groups[0] << 16) + groups[1];
+  pair[1] = (groups[2] << 16) + groups[3];
+  if (**cursor == ',') {
+    ++*cursor;
+    return 1;
+  }
+  if (**cursor != '\0') return qv::Fail(qv::kIntegerNoComma);
+  return 1;
+}
+
+void RemoveChar(char* text, int c) {
+  char* out = text;
+  for (const char* in = text; *in != '\0'; ++in) {
+    if (*in != static_cast<char>(c)) *out++ = *in;
+  }
+  *out = '\0';
+}
+
+void UnescapeQuotes(char* text) {
+  char* out = text;
+  for (const char* in = text; *in != '\0'; ++in) {
+    if (*in == '^' && in[1] == '"') continue;
+    *out++ = *in;
+  }
+  *out = '\0';
+}
+
+}  // extern "C"

@@ -1,0 +1,159 @@
+// Logical record lines: one record (continuations joined) or, in the modes
+// that want them, one comment, per call.
+//
+// Comment modes:        plain lines  ";IAO;" lines         other comments
+//   1 active only       returned     skipped               skipped
+//   2 records           returned     returned, marked      skipped
+//   3 listing           returned     returned, marked      returned, marked
+//   4 skip a section    skipped      returned as comment   returned, marked
+#include <cstdio>
+#include <cstring>
+
+#include "core/text_chars.h"
+#include "platform/file.h"
+#include "quorvex/report.h"
+#include "quorvex/text.h"
+
+namespace qv {
+namespace {
+
+constexpr char kMarker[] = ";IAO;";
+constexpr size_t kMarkerLength = sizeof kMarker - 1;
+constexpr size_t kRecordLimit = QV_LINE_SIZE - 1;  // callers pass QV_LINE_SIZE bytes
+
+constexpr char kCommentNotContinued[] = "Continued Comment line is not commented out.";
+
+// The record buffer with its length, so that joining stays linear.
+class RecordText {
+ public:
+  explicit RecordText(char* buffer) : buffer_(buffer), length_(strlen(buffer)) {}
+
+  // Appends text; false (text left as it was) when the record would pass
+  // the size of the caller's buffer.
+  bool Append(const char* text) {
+    size_t n = strlen(text);
+    if (length_ + n > kRecordLimit) return false;
+    memcpy(buffer_ + length_, text, n + 1);
+    length_ += n;
+    return true;
+  }
+  bool EndsInBackslash() const { return length_ > 0 && buffer_[length_ - 1] == '\\'; }
+  void DropLast() { buffer_[--length_] = '\0'; }
+
+ private:
+  char* buffer_;
+  size_t length_;
+};
+
+bool ReportTooLong() {
+  char message[QV_LINE_SIZE];
+  snprintf(message, sizeof message,
+           "Continued record line is too long: should not exceed %d characters",
+           static_cast<int>(kRecordLimit));
+  ReportError(message, 1);
+  return false;
+}
+
+// Reads the next physical line with its leading blanks skipped. At the end
+// of the file the line is empty: a continuation then appends nothing.
+char* NextContinuation(QvFile file, char* line) {
+  ReadProfileLine(file, line, QV_LINE_SIZE);
+  char* p = line;
+  SkipBlanks(&p);
+  return p;
+}
+
+// A plain record: the line (leading blanks already skipped), then every
+// following line while the joined text ends in a backslash, whatever that
+// line begins with.
+bool ReadPlainRecord(QvFile file, char* text, char* record) {
+  TrimTrailingBlanks(text);
+  RecordText joined(record);
+  joined.Append(text);
+  char line[QV_LINE_SIZE];
+  while (joined.EndsInBackslash()) {
+    joined.DropLast();
+    char* next = NextContinuation(file, line);
+    TrimTrailingBlanks(next);
+    if (!joined.Append(next)) return ReportTooLong();
+  }
+  return true;
+}
+
+// A record behind the ";IAO;" marker. Continuation lines must be comments;
+// their first five characters are dropped unseen, as the marker would be.
+bool ReadMarkedRecord(QvFile file, char* text, char* record) {
+  char* body = text + kMarkerLength;
+  TrimTrailingBlanks(body);
+  RecordText joined(record);
+  joined.Append(body);
+  char line[QV_LINE_SIZE];
+  while (joined.EndsInBackslash()) {
+    joined.DropLast();
+    char* next = NextContinuation(file, line);
+    if (*next != ';') {
+      ReportError(kCommentNotContinued, 1);
+      return false;
+    }
+    size_t length = strlen(next);
+    next += length < kMarkerLength ? length : kMarkerLength;
+    TrimTrailingBlanks(next);
+    if (!joined.Append(next)) return ReportTooLong();
+  }
+  return true;
+}
+
+// A comment returned as it stands, from its ";" on. The first line is not
+// trimmed, so a backslash before a carriage return does not continue it.
+bool ReadComment(QvFile file, char* text, char* record) {
+  RecordText joined(record);
+  joined.Append(text);
+  char line[QV_LINE_SIZE];
+  while (joined.EndsInBackslash()) {
+    joined.DropLast();
+    char* next = NextContinuation(file, line);
+    if (*next != ';') {
+      ReportError(kCommentNotContinued, 1);
+      return false;
+    }
+    ++next;
+    TrimTrailingBlanks(next);
+    if (!joined.Append(next)) return ReportTooLong();
+  }
+  return true;
+}
+
+}  // namespace
+}  // namespace qv
+
+extern "C" {
+
+int ReadRecordLine(QvFile file, char* record, uint32_t* recordFlags, int commentMode) {
+  record[0] = '\0';
+  *recordFlags = 0;
+  char line[QV_LINE_SIZE];
+  for (;;) {
+    if (!ReadProfileLine(file, line, sizeof line)) return 0;
+    char* p = line;
+    SkipBlanks(&p);
+    if (*p == '[') {
+      // The next section begins: step back so that its header is read again.
+      qv::File::FromHandle(file)->Seek(-static_cast<int64_t>(strlen(line) + 1), SEEK_CUR);
+      return 0;
+    }
+    if (*p != ';') {
+      if (commentMode == COMMENT_MODE_SKIP || *p == '\0') continue;
+      return qv::ReadPlainRecord(file, p, record) ? 1 : 0;
+    }
+    bool marked = strncmp(p, qv::kMarker, qv::kMarkerLength) == 0;
+    if (marked && (commentMode == COMMENT_MODE_RECORDS || commentMode == COMMENT_MODE_LISTING)) {
+      *recordFlags = RECORD_IAO;
+      return qv::ReadMarkedRecord(file, p, record) ? 1 : 0;
+    }
+    if (commentMode == COMMENT_MODE_ACTIVE_ONLY || commentMode == COMMENT_MODE_RECORDS) continue;
+    *recordFlags = RECORD_IAO;
+    return qv::ReadComment(file, p, record) ? 1 : 0;
+  }
+}
+
+}  // extern "C"

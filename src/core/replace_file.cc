@@ -1,0 +1,18 @@
+// Putting a rewritten profile file in place of the old one.
+
+#include "platform/fs.h"
+#include "quorvex/writer.h"
+
+extern "C" {
+
+int QvReplaceProfileFile(const char* temporaryPath, const char* profilePath) {
+  if (temporaryPath == nullptr || profilePath == nullptr) return 0;
+  // A read-only file is one that is not checked out: it must not change,
+  // even where the folder would allow the new content to be renamed over it.
+  if (qv::IsReadOnly(profilePath)) return 0;
+  if (!qv::ReplaceFileContent(temporaryPath, profilePath)) return 0;
+  qv::DeleteFile(temporaryPath);
+  return 1;
+}
+
+}  // extern "C"

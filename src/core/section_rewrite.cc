@@ -1,0 +1,66 @@
+#include "core/section_rewrite.h"
+
+#include <cstdio>
+
+#include "platform/fs.h"
+#include "quorvex/report.h"
+#include "quorvex/writer.h"
+
+namespace qv {
+
+SectionRewrite::~SectionRewrite() {
+  if (finished_) return;
+  CloseFiles();
+  if (!temporary_path_.empty()) DeleteFile(temporary_path_);
+}
+
+bool SectionRewrite::Begin(QvFile input, const char* profile_path, const char* section) {
+  input_ = input;
+  profile_path_ = profile_path != nullptr ? profile_path : "";
+  section_ = section != nullptr ? section : "";
+  char message[QV_LINE_SIZE];
+  if (QvFileIsOpen(input) == 0) {
+    // Copying from nothing would replace the file with the section alone.
+    snprintf(message, sizeof message, "Cannot open input file %s.", profile_path_.c_str());
+    ReportError(message, 0);
+    return false;
+  }
+  char temporary[QV_PATH_SIZE] = "";
+  QvFile output = QV_NO_FILE;
+  if (CreateTempFile(temporary, &output) == 0) {
+    snprintf(message, sizeof message, "Cannot create a temporary file to rewrite %s.",
+             profile_path_.c_str());
+    ReportError(message, 0);
+    return false;
+  }
+  output_ = output;
+  temporary_path_ = temporary;
+  CopyHeadThroughSection(input_, output_, section_.c_str());
+  return true;
+}
+
+bool SectionRewrite::Finish() {
+  if (finished_ || output_ == QV_NO_FILE) return false;
+  CopyTailAfterSection(input_, output_, section_.c_str());
+  CloseFiles();
+  finished_ = true;
+  if (QvReplaceProfileFile(temporary_path_.c_str(), profile_path_.c_str()) == 0) {
+    char message[QV_LINE_SIZE];
+    snprintf(message, sizeof message,
+             "File %s cannot be written over, you may not have it checked out, and/or the "
+             "attributes of the file may be set to Read-Only.",
+             profile_path_.c_str());
+    ReportError(message, 0);
+    return false;
+  }
+  return true;
+}
+
+void SectionRewrite::CloseFiles() {
+  QvCloseFile(input_);
+  QvCloseFile(output_);
+  input_ = QV_NO_FILE;
+  output_ = QV_NO_FILE;
+}
+
+}  // namespace qv

@@ -1,0 +1,62 @@
+// Rewriting one section of a profile file, keeping every other byte.
+//
+// The protocol of every "put complete list": copy the file through the
+// section's header into a temporary file, let the family write the
+// section's records there, copy what follows the old section, and put the
+// temporary file in place of the profile file.
+//
+//   SectionRewrite rewrite;
+//   if (!rewrite.Begin(input, path, "Ads")) return 0;
+//   for (each record) WriteField(..., rewrite.output(), ...);
+//   if (!rewrite.Finish()) return 0;
+#ifndef QUORVEX_CORE_SECTION_REWRITE_H_
+#define QUORVEX_CORE_SECTION_REWRITE_H_
+
+#include <string>
+
+#include "quorvex/base.h"
+
+namespace qv {
+
+class SectionRewrite {
+ public:
+  SectionRewrite() = default;
+  // Without a successful Finish: closes both files and removes the
+  // temporary file, so the profile file stays as it was.
+  ~SectionRewrite();
+  SectionRewrite(const SectionRewrite&) = delete;
+  SectionRewrite& operator=(const SectionRewrite&) = delete;
+
+  // Takes over input (the profile file, opened for update; it is closed by
+  // Finish or by the destructor, whatever Begin returns). Creates the
+  // temporary file and copies the input up to and including the section's
+  // header (appending the header when the file lacks the section). False,
+  // reported, when input is not an open file or no temporary file can be
+  // created.
+  bool Begin(QvFile input, const char* profile_path, const char* section);
+
+  // The temporary file, positioned after the section's header: the family
+  // writes the section's records here.
+  QvFile output() const { return output_; }
+  const std::string& temporary_path() const { return temporary_path_; }
+
+  // Copies the rest of the file after the old section, closes both files and
+  // replaces the profile file. On success the temporary file is deleted; on
+  // failure "File %s cannot be written over, ..." is reported and the
+  // temporary file is left in place. Returns success.
+  bool Finish();
+
+ private:
+  void CloseFiles();
+
+  QvFile input_ = QV_NO_FILE;
+  QvFile output_ = QV_NO_FILE;
+  std::string profile_path_;
+  std::string section_;
+  std::string temporary_path_;
+  bool finished_ = false;
+};
+
+}  // namespace qv
+
+#endif  // QUORVEX_CORE_SECTION_REWRITE_H_

@@ -1,0 +1,187 @@
+// File on POSIX: positioned reads and writes on one descriptor, with the
+// last block read kept in memory.
+//
+// The descriptor's own offset is never used; every transfer is a pread or
+// pwrite at position_, so the cache can serve any read that falls inside
+// the block without the kernel noticing.
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "platform/file.h"
+#include "platform/fs.h"
+
+namespace qv {
+
+namespace {
+
+constexpr size_t kBlockSize = 64 * 1024;
+
+}  // namespace
+
+File::File(int fd, std::string path) : fd_(fd), path_(std::move(path)), buffer_(nullptr) {}
+
+File::~File() {
+  close(fd_);
+  delete[] buffer_;
+}
+
+File* File::Open(const std::string& path, OpenMode mode, int* error) {
+  std::string host = ResolvePath(path);
+  int flags = O_CLOEXEC;
+  switch (mode) {
+    case OpenMode::kReadExisting:
+      flags |= O_RDONLY;
+      break;
+    case OpenMode::kUpdateExisting:
+      flags |= O_RDWR;
+      break;
+    case OpenMode::kCreateNew:
+      flags |= O_RDWR | O_CREAT | O_EXCL;
+      break;
+    case OpenMode::kCreateAlways:
+      flags |= O_RDWR | O_CREAT | O_TRUNC;
+      break;
+  }
+  int code = 0;
+  if (mode == OpenMode::kUpdateExisting || mode == OpenMode::kCreateAlways) {
+    // A read-only file refuses writers, even a privileged one: the engine
+    // takes the attribute to mean "not checked out".
+    struct stat st;
+    if (stat(host.c_str(), &st) == 0 && S_ISREG(st.st_mode) && (st.st_mode & 0222) == 0) {
+      code = EACCES;
+    }
+  }
+  int fd = -1;
+  if (code == 0) {
+    do {
+      fd = open(host.c_str(), flags, 0666);
+    } while (fd < 0 && errno == EINTR);
+    if (fd < 0) code = errno;
+  }
+  if (fd >= 0) {
+    struct stat st;
+    if (fstat(fd, &st) != 0) {
+      code = errno;
+    } else if (S_ISDIR(st.st_mode)) {
+      code = EISDIR;
+    }
+    if (code != 0) {
+      close(fd);
+      fd = -1;
+    }
+  }
+  if (fd < 0) {
+    if (error != nullptr) *error = code;
+    return nullptr;
+  }
+  if (error != nullptr) *error = 0;
+  return new File(fd, std::move(host));
+}
+
+bool File::Fill(int64_t at) {
+  if (buffer_ == nullptr) buffer_ = new char[kBlockSize];
+  buffer_size_ = 0;
+  ssize_t r;
+  do {
+    ++read_calls_;
+    r = pread(fd_, buffer_, kBlockSize, at);
+  } while (r < 0 && errno == EINTR);
+  if (r < 0) return false;
+  // A regular file gives a short count only at its end; Read relies on it.
+  buffer_start_ = at;
+  buffer_size_ = static_cast<size_t>(r);
+  return true;
+}
+
+long File::Read(void* buffer, size_t n) {
+  char* out = static_cast<char*>(buffer);
+  if (n == 0) return 0;
+  if (n > kBlockSize) {
+    // Too large to gain from the cache: read straight into the caller's
+    // buffer. The cache stays valid, since nothing was written.
+    size_t got = 0;
+    while (got < n) {
+      ++read_calls_;
+      ssize_t r = pread(fd_, out + got, n - got, position_ + static_cast<int64_t>(got));
+      if (r < 0) {
+        if (errno == EINTR) continue;
+        return -1;
+      }
+      if (r == 0) break;
+      got += static_cast<size_t>(r);
+    }
+    position_ += static_cast<int64_t>(got);
+    return static_cast<long>(got);
+  }
+  int64_t end = buffer_start_ + static_cast<int64_t>(buffer_size_);
+  bool inside = buffer_size_ > 0 && position_ >= buffer_start_ && position_ <= end;
+  // A block shorter than kBlockSize ended at the end of the file, so it
+  // answers every read that starts inside it. Nobody else is expected to
+  // grow the file meanwhile; RunProcess drops the block after its child.
+  bool complete =
+      inside && (position_ + static_cast<int64_t>(n) <= end || buffer_size_ < kBlockSize);
+  if (!complete) {
+    if (!Fill(position_)) return -1;
+    end = buffer_start_ + static_cast<int64_t>(buffer_size_);
+  }
+  int64_t available = end - position_;
+  if (available <= 0) return 0;
+  size_t count = n < static_cast<size_t>(available) ? n : static_cast<size_t>(available);
+  memcpy(out, buffer_ + (position_ - buffer_start_), count);
+  position_ += static_cast<int64_t>(count);
+  return static_cast<long>(count);
+}
+
+size_t File::Write(const void* data, size_t n) {
+  // The cached bytes (and what they say about the end of the file) may no
+  // longer hold; the next read fetches a fresh block.
+  DropBuffer();
+  const char* in = static_cast<const char*>(data);
+  size_t done = 0;
+  while (done < n) {
+    ssize_t w = pwrite(fd_, in + done, n - done, position_ + static_cast<int64_t>(done));
+    if (w < 0) {
+      if (errno == EINTR) continue;
+      break;
+    }
+    if (w == 0) break;
+    done += static_cast<size_t>(w);
+  }
+  position_ += static_cast<int64_t>(done);
+  return done;
+}
+
+bool File::Seek(int64_t offset, int whence) {
+  int64_t base = 0;
+  switch (whence) {
+    case SEEK_SET:
+      base = 0;
+      break;
+    case SEEK_CUR:
+      base = position_;
+      break;
+    case SEEK_END: {
+      struct stat st;
+      if (fstat(fd_, &st) != 0) return false;
+      base = st.st_size;
+      break;
+    }
+    default:
+      return false;
+  }
+  int64_t target = base + offset;
+  if (target < 0) return false;
+  position_ = target;
+  return true;
+}
+
+bool File::Flush() {
+  return fsync(fd_) == 0;
+}
+
+}  // namespace qv

@@ -1,0 +1,354 @@
+// File-system services on POSIX.
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "platform/fs.h"
+
+namespace qv {
+
+namespace {
+
+char LowerAscii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool EqualNoCase(const std::string& a, const std::string& b) {
+  if (a.size() != b.size()) return false;
+  for (size_t i = 0; i < a.size(); ++i) {
+    if (LowerAscii(a[i]) != LowerAscii(b[i])) return false;
+  }
+  return true;
+}
+
+char UpperAscii(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// Orders names as NTFS lists them: by their upper-case form (so "_" comes
+// after the letters), ties by bytes.
+bool NameLess(const std::string& a, const std::string& b) {
+  size_t n = std::min(a.size(), b.size());
+  for (size_t i = 0; i < n; ++i) {
+    unsigned char x = static_cast<unsigned char>(UpperAscii(a[i]));
+    unsigned char y = static_cast<unsigned char>(UpperAscii(b[i]));
+    if (x != y) return x < y;
+  }
+  if (a.size() != b.size()) return a.size() < b.size();
+  return a < b;
+}
+
+// "*" matches any run, "?" any one character; letters ignore case.
+bool WildcardMatch(const char* pattern, const char* name) {
+  const char* star = nullptr;
+  const char* resume = nullptr;
+  while (*name != '\0') {
+    if (*pattern == '*') {
+      star = pattern++;
+      resume = name;
+    } else if (*pattern == '?' || (*pattern != '\0' && LowerAscii(*pattern) == LowerAscii(*name))) {
+      ++pattern;
+      ++name;
+    } else if (star != nullptr) {
+      pattern = star + 1;
+      name = ++resume;
+    } else {
+      return false;
+    }
+  }
+  while (*pattern == '*') ++pattern;
+  return *pattern == '\0';
+}
+
+// Windows lets "name.*" match a name without any extension, and "*.*"
+// match everything; profiles rely on both.
+bool PatternMatches(const std::string& pattern, const std::string& name) {
+  if (WildcardMatch(pattern.c_str(), name.c_str())) return true;
+  if (pattern.size() >= 2 && pattern.compare(pattern.size() - 2, 2, ".*") == 0 &&
+      name.find('.') == std::string::npos) {
+    std::string stem = pattern.substr(0, pattern.size() - 2);
+    return WildcardMatch(stem.c_str(), name.c_str());
+  }
+  return false;
+}
+
+bool StatPath(const std::string& path, struct stat* st) {
+  return stat(path.empty() ? "." : path.c_str(), st) == 0;
+}
+
+// The spelling of component inside the folder dir: the exact name when it
+// exists, else the first case variant in byte order, else "" when none.
+std::string FindComponent(const std::string& dir, const std::string& component) {
+  std::string exact = dir + component;
+  struct stat st;
+  if (lstat(exact.c_str(), &st) == 0) return component;
+  DIR* d = opendir(dir.empty() ? "." : dir.c_str());
+  if (d == nullptr) return std::string();
+  std::string best;
+  while (struct dirent* e = readdir(d)) {
+    std::string name = e->d_name;
+    if (EqualNoCase(name, component) && (best.empty() || name < best)) best = name;
+  }
+  closedir(d);
+  return best;
+}
+
+bool IsWritableMode(mode_t mode) {
+  return (mode & 0222) != 0;
+}
+
+}  // namespace
+
+bool IsSeparator(char c) {
+  return c == '/' || c == '\\';
+}
+
+std::string ResolvePath(const std::string& path) {
+  std::string result;
+  size_t i = 0;
+  if (!path.empty() && IsSeparator(path[0])) {
+    result = "/";
+    while (i < path.size() && IsSeparator(path[i])) ++i;
+  }
+  bool exists = true;  // false once a component is missing: nothing below it exists
+  while (i < path.size()) {
+    size_t j = i;
+    while (j < path.size() && !IsSeparator(path[j])) ++j;
+    std::string component = path.substr(i, j - i);
+    if (exists && component != "." && component != "..") {
+      std::string found = FindComponent(result, component);
+      if (found.empty()) {
+        exists = false;
+      } else {
+        component = found;
+      }
+    }
+    result += component;
+    i = j;
+    if (i < path.size()) {
+      result += '/';
+      while (i < path.size() && IsSeparator(path[i])) ++i;
+    }
+  }
+  return result;
+}
+
+bool FileExists(const std::string& path) {
+  struct stat st;
+  return !path.empty() && StatPath(ResolvePath(path), &st) && !S_ISDIR(st.st_mode);
+}
+
+bool DirectoryExists(const std::string& path) {
+  struct stat st;
+  return !path.empty() && StatPath(ResolvePath(path), &st) && S_ISDIR(st.st_mode);
+}
+
+bool DeleteFile(const std::string& path) {
+  std::string host = ResolvePath(path);
+  struct stat st;
+  if (host.empty() || lstat(host.c_str(), &st) != 0 || S_ISDIR(st.st_mode)) return false;
+  // As on Windows, a read-only file must be made writable before it goes.
+  if (S_ISREG(st.st_mode) && !IsWritableMode(st.st_mode)) {
+    errno = EACCES;
+    return false;
+  }
+  return unlink(host.c_str()) == 0;
+}
+
+bool MakeDirectories(const std::string& path) {
+  std::string host = ResolvePath(path);
+  if (host.empty()) return false;
+  // Each prefix that ends before a separator, then the whole path.
+  for (size_t i = 1; i <= host.size(); ++i) {
+    if (i < host.size() && host[i] != '/') continue;
+    if (host[i - 1] == '/') continue;
+    std::string prefix = host.substr(0, i);
+    if (mkdir(prefix.c_str(), 0777) != 0 && errno != EEXIST) return false;
+  }
+  struct stat st;
+  return stat(host.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+std::vector<DirEntry> FindFiles(const std::string& pattern) {
+  std::vector<DirEntry> entries;
+  std::string drive, directory, name_pattern;
+  SplitPath(pattern, &drive, &directory, &name_pattern);
+  std::string folder = ResolvePath(directory);
+  if (!folder.empty() && folder.back() != '/') folder += '/';
+  DIR* d = opendir(folder.empty() ? "." : folder.c_str());
+  if (d == nullptr) return entries;
+  while (struct dirent* e = readdir(d)) {
+    std::string name = e->d_name;
+    if (name == "." || name == "..") continue;
+    if (!PatternMatches(name_pattern, name)) continue;
+    bool is_directory;
+    if (e->d_type == DT_DIR) {
+      is_directory = true;
+    } else if (e->d_type == DT_REG) {
+      is_directory = false;
+    } else {
+      struct stat st;
+      is_directory = stat((folder + name).c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+    }
+    entries.push_back(DirEntry{name, is_directory});
+  }
+  closedir(d);
+  std::sort(entries.begin(), entries.end(),
+            [](const DirEntry& a, const DirEntry& b) { return NameLess(a.name, b.name); });
+  return entries;
+}
+
+bool IsReadOnly(const std::string& path) {
+  struct stat st;
+  return StatPath(ResolvePath(path), &st) && !IsWritableMode(st.st_mode);
+}
+
+bool SetReadOnly(const std::string& path, bool read_only) {
+  std::string host = ResolvePath(path);
+  struct stat st;
+  if (host.empty() || stat(host.c_str(), &st) != 0) return false;
+  mode_t mode = st.st_mode & 07777;
+  mode = read_only ? (mode & ~static_cast<mode_t>(0222)) : (mode | S_IWUSR);
+  if (mode == (st.st_mode & 07777)) return true;
+  return chmod(host.c_str(), mode) == 0;
+}
+
+bool ReplaceFileContent(const std::string& source, const std::string& target) {
+  std::string from = ResolvePath(source);
+  std::string to = ResolvePath(target);
+  if (from.empty() || to.empty()) return false;
+  struct stat target_stat;
+  bool target_exists = stat(to.c_str(), &target_stat) == 0;
+  if (target_exists && (S_ISDIR(target_stat.st_mode) || !IsWritableMode(target_stat.st_mode))) {
+    errno = EACCES;
+    return false;
+  }
+  int in = open(from.c_str(), O_RDONLY | O_CLOEXEC);
+  if (in < 0) return false;
+  struct stat source_stat;
+  if (fstat(in, &source_stat) != 0 || S_ISDIR(source_stat.st_mode)) {
+    close(in);
+    return false;
+  }
+
+  std::string drive, directory, name;
+  SplitPath(to, &drive, &directory, &name);
+  std::string temp = directory + "." + name + ".XXXXXX";
+  int out = mkostemp(temp.data(), O_CLOEXEC);
+  if (out < 0) {
+    close(in);
+    return false;
+  }
+  bool ok = true;
+  std::vector<char> block(64 * 1024);
+  for (;;) {
+    ssize_t r = read(in, block.data(), block.size());
+    if (r < 0) {
+      if (errno == EINTR) continue;
+      ok = false;
+      break;
+    }
+    if (r == 0) break;
+    for (ssize_t done = 0; done < r;) {
+      ssize_t w = write(out, block.data() + done, static_cast<size_t>(r - done));
+      if (w < 0) {
+        if (errno == EINTR) continue;
+        ok = false;
+        break;
+      }
+      done += w;
+    }
+    if (!ok) break;
+  }
+  close(in);
+  // The new file carries the old one's permissions (a new one those the
+  // umask gives a fresh file).
+  mode_t mode;
+  if (target_exists) {
+    mode = target_stat.st_mode & 07777;
+  } else {
+    mode_t mask = umask(0);
+    umask(mask);
+    mode = 0666 & ~mask;
+  }
+  if (ok && fchmod(out, mode) != 0) ok = false;
+  if (ok && fsync(out) != 0) ok = false;
+  if (close(out) != 0) ok = false;
+  if (ok && rename(temp.c_str(), to.c_str()) != 0) ok = false;
+  if (!ok) {
+    int saved = errno;
+    unlink(temp.c_str());
+    errno = saved;
+    return false;
+  }
+  // Make the rename itself durable.
+  int dir = open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (dir >= 0) {
+    fsync(dir);
+    close(dir);
+  }
+  return true;
+}
+
+std::string LastPathComponent(const std::string& path) {
+  size_t i = path.size();
+  while (i > 0 && !IsSeparator(path[i - 1])) --i;
+  return path.substr(i);
+}
+
+void RemoveTrailingSeparator(std::string* path) {
+  // The root keeps its separator: "/" alone still names a folder.
+  while (path->size() > 1 && IsSeparator(path->back())) path->pop_back();
+}
+
+void AddTrailingSeparator(std::string* path) {
+  if (path->empty() || !IsSeparator(path->back())) path->push_back('/');
+}
+
+void SplitPath(const std::string& path, std::string* drive, std::string* directory,
+               std::string* file_name) {
+  size_t i = path.size();
+  while (i > 0 && !IsSeparator(path[i - 1])) --i;
+  if (drive != nullptr) drive->clear();
+  if (directory != nullptr) *directory = path.substr(0, i);
+  if (file_name != nullptr) *file_name = path.substr(i);
+}
+
+std::string TempDirectory() {
+  const char* dir = getenv("TMPDIR");
+  return dir != nullptr && *dir != '\0' ? std::string(dir) : std::string("/tmp");
+}
+
+std::string HostProgramPath() {
+  std::vector<char> buffer(4096);
+  ssize_t n = readlink("/proc/self/exe", buffer.data(), buffer.size() - 1);
+  if (n <= 0) return std::string();
+  return std::string(buffer.data(), static_cast<size_t>(n));
+}
+
+std::string CurrentUserName() {
+  long size = sysconf(_SC_GETPW_R_SIZE_MAX);
+  std::vector<char> buffer(size > 0 ? static_cast<size_t>(size) : 16384);
+  struct passwd pw;
+  struct passwd* found = nullptr;
+  if (getpwuid_r(geteuid(), &pw, buffer.data(), buffer.size(), &found) == 0 && found != nullptr &&
+      found->pw_name != nullptr && found->pw_name[0] != '\0') {
+    return found->pw_name;
+  }
+  for (const char* variable : {"USER", "LOGNAME"}) {
+    const char* value = getenv(variable);
+    if (value != nullptr && *value != '\0') return value;
+  }
+  return std::string();
+}
+
+}  // namespace qv

@@ -1,0 +1,98 @@
+#include "records/family_io.h"
+
+#include <cstdio>
+
+#include "core/section_rewrite.h"
+#include "core/state.h"
+#include "quorvex/catalogue.h"
+#include "quorvex/profile.h"
+#include "quorvex/report.h"
+#include "quorvex/text.h"
+#include "records/orvik_rows.h"
+
+namespace qv {
+namespace {
+
+void ReportWithPath(const char* format, const char* path) {
+  char text[QV_LINE_SIZE];
+  snprintf(text, sizeof text, format, path);
+  ReportError(text, 0);
+}
+
+QvFile OpenKindFile(const KindSchema& schema, const Owner& owner, uint32_t mode, char* path) {
+  const char* directory = owner.directory != nullptr ? owner.directory : State().profile_path;
+  QvFile file = OpenProfileFile(directory, owner.name, owner.key,
+                                schema.kind->file_kind, path, mode);
+  if (!QvFileIsOpen(file)) {
+    ReportWithPath(schema.missing_file_message, path);
+    return QV_NO_FILE;
+  }
+  return file;
+}
+
+bool ReadTextList(const KindSchema& schema, const Owner& owner, uint32_t mode,
+                  RecordList** list_out) {
+  char path[QV_PATH_SIZE] = "";
+  QvFile file = OpenKindFile(schema, owner, mode, path);
+  if (file == QV_NO_FILE) return false;
+  GenericList::New(list_out);
+  RecordList* list = *list_out;
+  if (FindSection(file, schema.kind->section)) {
+    char line[QV_LINE_SIZE];
+    uint32_t flags = 0;
+    while (ReadRecordLine(file, line, &flags, State().comment_mode)) {
+      void* record = NewRecord(schema);
+      SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));
+      RecordFlagsOf(schema, record) = flags;
+      if (schema.parse_line != nullptr) {
+        schema.parse_line(line, record);
+      } else {
+        ParseRecordLine(schema, line, record);
+      }
+      if (schema.set_owner != nullptr) schema.set_owner(record, owner.name, owner.key);
+      if (schema.after_read != nullptr) schema.after_read(record);
+      GenericList::Append(list, record);
+    }
+  }
+  QvCloseFile(file);
+  return true;
+}
+
+}  // namespace
+
+bool RequireOpenProfile() {
+  if (IsMasterProfileOpen(0)) return true;
+  ReportError("It appears that you have not run OpenMasterProfile successfully!", 0);
+  return false;
+}
+
+bool RequireLockedProfile() {
+  if (IsMasterProfileOpen(OPEN_LOCK)) return true;
+  ReportError("It appears that you have not locked the Master Profile successfully!", 0);
+  return false;
+}
+
+bool IsOrvikProfile() { return (State().profile_flags & OPEN_ORVIK) != 0; }
+
+bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,
+                  RecordList** list_out) {
+  if (IsOrvikProfile()) return ReadOrvikRows(schema, list_out);
+  return ReadTextList(schema, owner, mode, list_out);
+}
+
+bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* list) {
+  char path[QV_PATH_SIZE] = "";
+  QvFile input = OpenKindFile(schema, owner, MODE_UPDATE, path);
+  if (input == QV_NO_FILE) return false;
+  SectionRewrite rewrite;
+  if (!rewrite.Begin(input, path, schema.kind->section)) return false;
+  bool written = true;
+  GenericList::ForEach(list, [&](void* record) {
+    // A short write leaves a broken line; the rest is still written so that
+    // the failure shows in the file, as the writer has always done.
+    written = WriteRecordLine(schema, record, rewrite.output()) && written;
+  });
+  return rewrite.Finish();
+}
+
+}  // namespace qv

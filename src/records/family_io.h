@@ -1,0 +1,50 @@
+// Reading and writing the records of one kind, whatever the kind: a section
+// of a profile file, or a table of the Orvik database.
+#ifndef QUORVEX_RECORDS_FAMILY_IO_H_
+#define QUORVEX_RECORDS_FAMILY_IO_H_
+
+#include <cstdint>
+
+#include "quorvex/base.h"
+#include "quorvex/list.h"
+#include "records/kind_schema.h"
+#include "records/record_codec.h"
+#include "records/record_list.h"
+
+namespace qv {
+
+// Lists of records of any kind: every record is freed the same way.
+using GenericList = ListOps<void, &FreeRecord>;
+
+// The file a kind's records live in: the owner of per-owner files, empty
+// for the fixed catalogue files.
+struct Owner {
+  const char* name = "";
+  const char* key = "";
+  // The profile folder; nullptr: the open profile's. Opening reads the
+  // locations of a profile before it becomes the open one.
+  const char* directory = nullptr;
+};
+
+// Reads every record of the kind in file (or table) order into a new list
+// handed out in *list_out. The text store opens the file with `mode`
+// (MODE_UPDATE checks it out); a missing section gives an empty list.
+// Returns false after reporting; a list handed out before the failure stays
+// with the caller.
+bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,
+                  RecordList** list_out);
+
+// Rewrites the kind's section from the list (the file is checked out
+// first). Returns false after reporting.
+bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* list);
+
+// Reports "It appears that you have not run OpenMasterProfile
+// successfully!" (or "...not locked the Master Profile...") when the open
+// profile does not allow the operation.
+bool RequireOpenProfile();
+bool RequireLockedProfile();
+bool IsOrvikProfile();
+
+}  // namespace qv
+
+#endif  // QUORVEX_RECORDS_FAMILY_IO_H_

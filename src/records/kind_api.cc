@@ -1,0 +1,37 @@
+#include "records/kind_api.h"
+
+#include <strings.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace qv {
+
+const std::vector<const KindApi*>& AllKindApis() {
+  static const std::vector<const KindApi*> apis = {&AdKindApi()};
+  return apis;
+}
+
+const KindApi* FindKindApi(const std::string& code) {
+  for (const KindApi* api : AllKindApis()) {
+    if (strcasecmp(api->schema->kind->code, code.c_str()) == 0) return api;
+  }
+  return nullptr;
+}
+
+QvFlagNames* NewFlagNames(const KindSchema& schema) {
+  auto* table = static_cast<QvFlagNames*>(calloc(1, sizeof(QvFlagNames)));
+  if (table == nullptr) return nullptr;
+  snprintf(table->kindLabel, sizeof table->kindLabel, "%s", schema.flag_label);
+  for (int i = 0; i < 32; ++i) {
+    if (schema.bit_names[i] != nullptr) {
+      snprintf(table->bitNames[i], sizeof table->bitNames[i], "%s", schema.bit_names[i]);
+    }
+  }
+  table->flagMask = schema.flag_mask;
+  return table;
+}
+
+}  // namespace qv
+
+extern "C" void MPFreeFlagNames(QvFlagNames* table) { free(table); }

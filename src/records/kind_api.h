@@ -1,0 +1,48 @@
+// Every kind's operations behind one shape, for hosts that work on kinds
+// they learn at run time (the quorvex tool): keys and owners as texts,
+// records as untyped pointers described by the kind's schema.
+#ifndef QUORVEX_RECORDS_KIND_API_H_
+#define QUORVEX_RECORDS_KIND_API_H_
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "quorvex/list.h"
+#include "quorvex/records.h"
+#include "records/kind_schema.h"
+
+namespace qv {
+
+using Texts = std::vector<std::string>;
+
+struct KindApi {
+  const KindSchema* schema;
+  std::vector<const char*> owner_names;  // what `list` needs first ("language", ...)
+  std::vector<const char*> key_names;    // what `get` and `delete` take ("id", ...)
+  std::function<bool(const Texts& owner, RecordList** list)> list;
+  // A copy of one record, or false.
+  std::function<bool(const Texts& key, void** record)> get;
+  // Puts a record (it may receive its id); the record stays the caller's.
+  std::function<bool(void* record)> put;
+  std::function<bool(const Texts& key)> remove;
+  std::function<bool(QvFlagNames** table)> flag_names;
+  // After a put, the stored record that the put wrote (found by the
+  // record's keys), as a copy, or nullptr.
+  std::function<void*(const void* record)> stored;
+};
+
+const std::vector<const KindApi*>& AllKindApis();
+// The operations of the kind with that code (without regard to case).
+const KindApi* FindKindApi(const std::string& code);
+
+// The flag table of a kind, filled from its schema; nullptr when memory is
+// short.
+QvFlagNames* NewFlagNames(const KindSchema& schema);
+
+// Each family's entry.
+const KindApi& AdKindApi();
+
+}  // namespace qv
+
+#endif  // QUORVEX_RECORDS_KIND_API_H_

@@ -1,0 +1,175 @@
+#include "records/orvik_rows.h"
+
+#include <sqlite3.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "orvik/database.h"
+#include "quorvex/report.h"
+#include "records/family_io.h"
+#include "records/record_codec.h"
+
+namespace qv {
+namespace {
+
+std::string Quoted(const char* identifier) {
+  std::string out = "\"";
+  for (const char* p = identifier; *p; ++p) {
+    if (*p == '"') out += '"';
+    out += *p;
+  }
+  return out + "\"";
+}
+
+std::vector<const MemberSpec*> RowMembers(const KindSchema& schema) {
+  std::vector<const MemberSpec*> members;
+  for (const MemberSpec& m : schema.members) {
+    if (m.in_row) members.push_back(&m);
+  }
+  return members;
+}
+
+char* At(void* record, size_t offset) { return static_cast<char*>(record) + offset; }
+const char* At(const void* record, size_t offset) {
+  return static_cast<const char*>(record) + offset;
+}
+
+void ReadColumn(sqlite3_stmt* statement, int column, const MemberSpec& m, void* record) {
+  switch (m.type) {
+    case ValueType::kText: {
+      const unsigned char* text = sqlite3_column_text(statement, column);
+      snprintf(At(record, m.offset), m.size, "%s", text != nullptr ? (const char*)text : "");
+      return;
+    }
+    case ValueType::kVersionQuad: {
+      uint64_t v = static_cast<uint64_t>(sqlite3_column_int64(statement, column));
+      uint32_t pair[2] = {static_cast<uint32_t>(v >> 32), static_cast<uint32_t>(v)};
+      memcpy(At(record, m.offset), pair, sizeof pair);
+      return;
+    }
+    default:
+      SetUnsigned(record, m.offset, m.type,
+                  static_cast<uint32_t>(sqlite3_column_int64(statement, column)));
+      return;
+  }
+}
+
+void BindColumn(sqlite3_stmt* statement, int index, const MemberSpec& m, const void* record) {
+  switch (m.type) {
+    case ValueType::kText:
+      sqlite3_bind_text(statement, index, At(record, m.offset), -1, SQLITE_TRANSIENT);
+      return;
+    case ValueType::kVersionQuad: {
+      uint32_t pair[2];
+      memcpy(pair, At(record, m.offset), sizeof pair);
+      sqlite3_bind_int64(statement, index,
+                         static_cast<int64_t>((static_cast<uint64_t>(pair[0]) << 32) | pair[1]));
+      return;
+    }
+    case ValueType::kI32:
+      sqlite3_bind_int64(statement, index,
+                         static_cast<int32_t>(GetUnsigned(record, m.offset, m.type)));
+      return;
+    default:
+      sqlite3_bind_int64(statement, index, GetUnsigned(record, m.offset, m.type));
+      return;
+  }
+}
+
+const MemberSpec* FindMember(const KindSchema& schema, const char* name) {
+  for (const MemberSpec& m : schema.members) {
+    if (strcmp(m.name, name) == 0) return &m;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out) {
+  GenericList::New(list_out);
+  std::vector<const MemberSpec*> members = RowMembers(schema);
+  std::string sql = "SELECT ";
+  for (size_t i = 0; i < members.size(); ++i) sql += (i ? ", " : "") + Quoted(members[i]->name);
+  sql += " FROM " + Quoted(schema.kind->code) + " ORDER BY rowid";
+  sqlite3_stmt* statement = nullptr;
+  sqlite3* db = OrvikConnection();
+  if (db == nullptr ||
+      sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+    sqlite3_finalize(statement);
+    char text[QV_LINE_SIZE];
+    snprintf(text, sizeof text, "Cannot begin to Query Orvik Database for %s",
+             schema.kind->query_label);
+    ReportError(text, 0);
+    return false;
+  }
+  while (sqlite3_step(statement) == SQLITE_ROW) {
+    void* record = NewRecord(schema);
+    for (size_t i = 0; i < members.size(); ++i) {
+      ReadColumn(statement, static_cast<int>(i), *members[i], record);
+    }
+    GenericList::Append(*list_out, record);
+  }
+  sqlite3_finalize(statement);
+  return true;
+}
+
+bool InsertOrvikRow(const KindSchema& schema, const void* record) {
+  std::vector<const MemberSpec*> members = RowMembers(schema);
+  std::string columns;
+  std::string values;
+  for (size_t i = 0; i < members.size(); ++i) {
+    columns += (i ? ", " : "") + Quoted(members[i]->name);
+    values += i ? ", ?" : "?";
+  }
+  std::string sql =
+      "INSERT INTO " + Quoted(schema.kind->code) + " (" + columns + ") VALUES (" + values + ")";
+  sqlite3_stmt* statement = nullptr;
+  sqlite3* db = OrvikConnection();
+  if (db == nullptr || sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+    sqlite3_finalize(statement);
+    return false;
+  }
+  for (size_t i = 0; i < members.size(); ++i) {
+    BindColumn(statement, static_cast<int>(i + 1), *members[i], record);
+  }
+  bool done = sqlite3_step(statement) == SQLITE_DONE;
+  sqlite3_finalize(statement);
+  return done;
+}
+
+bool DeleteOrvikRows(const KindSchema& schema, const void* record,
+                     const std::vector<const char*>& key_members) {
+  std::string sql = "DELETE FROM " + Quoted(schema.kind->code) + " WHERE ";
+  std::vector<const MemberSpec*> keys;
+  for (const char* name : key_members) {
+    const MemberSpec* m = FindMember(schema, name);
+    if (m == nullptr) return false;
+    sql += (keys.empty() ? "" : " AND ") + Quoted(m->name) + " = ?";
+    keys.push_back(m);
+  }
+  sqlite3_stmt* statement = nullptr;
+  sqlite3* db = OrvikConnection();
+  if (db == nullptr || sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+    sqlite3_finalize(statement);
+    return false;
+  }
+  for (size_t i = 0; i < keys.size(); ++i) {
+    BindColumn(statement, static_cast<int>(i + 1), *keys[i], record);
+  }
+  bool done = sqlite3_step(statement) == SQLITE_DONE && sqlite3_changes(db) > 0;
+  sqlite3_finalize(statement);
+  return done;
+}
+
+std::string OrvikTableDefinition(const KindSchema& schema) {
+  std::string sql = "CREATE TABLE " + Quoted(schema.kind->code) + " (";
+  std::vector<const MemberSpec*> members = RowMembers(schema);
+  for (size_t i = 0; i < members.size(); ++i) {
+    sql += (i ? ", " : "") + Quoted(members[i]->name) +
+           (members[i]->type == ValueType::kText ? " TEXT" : " INTEGER");
+  }
+  return sql + ")";
+}
+
+}  // namespace qv

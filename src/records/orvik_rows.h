@@ -1,0 +1,28 @@
+// The rows of a kind in the Orvik database: one table per kind, named by its
+// code, one column per member of the kind's database row.
+#ifndef QUORVEX_RECORDS_ORVIK_ROWS_H_
+#define QUORVEX_RECORDS_ORVIK_ROWS_H_
+
+#include <string>
+
+#include "quorvex/list.h"
+#include "records/kind_schema.h"
+
+namespace qv {
+
+// Reads every row into a new list handed out at once; reports "Cannot begin
+// to Query Orvik Database for <label>" when the query cannot start.
+bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out);
+// Inserts the record's row; false (unreported) when the database refuses.
+bool InsertOrvikRow(const KindSchema& schema, const void* record);
+// Deletes the rows whose key members equal the record's; false (unreported)
+// when nothing was deleted or the database refuses.
+bool DeleteOrvikRows(const KindSchema& schema, const void* record,
+                     const std::vector<const char*>& key_members);
+
+// The statement that makes the kind's table (for tools that make profiles).
+std::string OrvikTableDefinition(const KindSchema& schema);
+
+}  // namespace qv
+
+#endif  // QUORVEX_RECORDS_ORVIK_ROWS_H_

@@ -1,0 +1,189 @@
+#include "records/record_codec.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "quorvex/text.h"
+#include "quorvex/writer.h"
+
+namespace qv {
+namespace {
+
+char* At(void* record, size_t offset) { return static_cast<char*>(record) + offset; }
+const char* At(const void* record, size_t offset) {
+  return static_cast<const char*>(record) + offset;
+}
+
+bool ParseField(const LineField& field, char** cursor, void* record) {
+  switch (field.syntax) {
+    case LineSyntax::kInteger: {
+      int32_t value = 0;
+      ParseLong(cursor, &value, field.options);
+      SetUnsigned(record, field.offset, field.type, static_cast<uint32_t>(value));
+      return true;
+    }
+    case LineSyntax::kText:
+      return ParseQuotedString(cursor, At(record, field.offset), field.options, field.width + 1) ==
+             1;
+    case LineSyntax::kFlag: {
+      uint32_t value = 0;
+      if (!ParseFlag(cursor, &value, field.options)) return false;
+      uint32_t word = GetUnsigned(record, field.offset, field.type);
+      word = value ? word | field.bit : word & ~field.bit;
+      SetUnsigned(record, field.offset, field.type, word);
+      return true;
+    }
+    case LineSyntax::kFlagString32: {
+      uint32_t word = 0;
+      if (!ParseFlagString32(cursor, &word, field.options)) return false;
+      SetUnsigned(record, field.offset, field.type, word);
+      return true;
+    }
+    case LineSyntax::kVersionQuad:
+      return ParseVersionQuad(cursor, reinterpret_cast<uint32_t*>(At(record, field.offset)),
+                              field.options) == 1;
+    case LineSyntax::kOsType: {
+      char name[QV_LINE_SIZE] = "";
+      if (!ParseQuotedString(cursor, name, field.options, field.width + 1)) return false;
+      SetUnsigned(record, field.offset, field.type, static_cast<uint32_t>(ParseOsType(name)));
+      return true;
+    }
+    case LineSyntax::kDateTime: {
+      char text[QV_LINE_SIZE] = "";
+      if (!ParseQuotedString(cursor, text, field.options, field.width + 1)) return false;
+      uint32_t value = 0;
+      if (!ParseDateTime(&value, text)) return false;
+      SetUnsigned(record, field.offset, field.type, value);
+      return true;
+    }
+  }
+  return false;
+}
+
+bool WriteOne(const LineField& field, const void* record, QvFile file, uint32_t options) {
+  options |= field.options;
+  switch (field.syntax) {
+    case LineSyntax::kInteger: {
+      uint32_t value = GetUnsigned(record, field.offset, field.type);
+      if (field.type == ValueType::kI32) {
+        return WriteIntegerField(static_cast<int32_t>(value), file, options) == 1;
+      }
+      return WriteUnsignedField(value, file, options) == 1;
+    }
+    case LineSyntax::kText: {
+      // The writer uses its text as scratch: hand it a copy.
+      std::string copy = At(record, field.offset);
+      return WriteField(copy.data(), file, options) == 1;
+    }
+    case LineSyntax::kFlag:
+      return WriteFlagField(GetUnsigned(record, field.offset, field.type) & field.bit, file,
+                            options) == 1;
+    case LineSyntax::kFlagString32:
+      return WriteFlagString32Field(GetUnsigned(record, field.offset, field.type), file, options) ==
+             1;
+    case LineSyntax::kVersionQuad: {
+      const uint32_t* pair = reinterpret_cast<const uint32_t*>(At(record, field.offset));
+      return WriteVersionQuadField(pair[0], pair[1], file, options) == 1;
+    }
+    case LineSyntax::kOsType:
+      return WriteOsTypeField(static_cast<int>(GetUnsigned(record, field.offset, field.type)),
+                              file, options) == 1;
+    case LineSyntax::kDateTime:
+      return WriteDateTimeField(GetUnsigned(record, field.offset, field.type), file, options) == 1;
+  }
+  return false;
+}
+
+}  // namespace
+
+void* NewRecord(const KindSchema& schema) {
+  void* record = calloc(1, schema.record_size);
+  if (record != nullptr && schema.row_pointer_offset != SIZE_MAX) {
+    void* row = At(record, schema.row_offset);
+    memcpy(At(record, schema.row_pointer_offset), &row, sizeof row);
+  }
+  return record;
+}
+
+void FreeRecord(void* record) { free(record); }
+
+uint32_t& RecordFlagsOf(const KindSchema& schema, void* record) {
+  return *reinterpret_cast<uint32_t*>(At(record, schema.record_flags_offset));
+}
+
+uint32_t RecordFlagsOf(const KindSchema& schema, const void* record) {
+  uint32_t flags;
+  memcpy(&flags, At(record, schema.record_flags_offset), sizeof flags);
+  return flags;
+}
+
+void SetLineNumber(const KindSchema& schema, void* record, uint32_t line) {
+  if (schema.line_number_offset != SIZE_MAX) {
+    memcpy(At(record, schema.line_number_offset), &line, sizeof line);
+  }
+}
+
+void* RowOf(const KindSchema& schema, void* record) { return At(record, schema.row_offset); }
+
+uint32_t GetUnsigned(const void* record, size_t offset, ValueType type) {
+  const char* p = At(record, offset);
+  switch (type) {
+    case ValueType::kU8:
+      return static_cast<uint8_t>(*p);
+    case ValueType::kU16: {
+      uint16_t v;
+      memcpy(&v, p, sizeof v);
+      return v;
+    }
+    default: {
+      uint32_t v;
+      memcpy(&v, p, sizeof v);
+      return v;
+    }
+  }
+}
+
+void SetUnsigned(void* record, size_t offset, ValueType type, uint32_t value) {
+  char* p = At(record, offset);
+  switch (type) {
+    case ValueType::kU8: {
+      uint8_t v = static_cast<uint8_t>(value);
+      memcpy(p, &v, sizeof v);
+      return;
+    }
+    case ValueType::kU16: {
+      uint16_t v = static_cast<uint16_t>(value);
+      memcpy(p, &v, sizeof v);
+      return;
+    }
+    default:
+      memcpy(p, &value, sizeof value);
+      return;
+  }
+}
+
+bool ParseRecordLine(const KindSchema& schema, char* line, void* record) {
+  char* cursor = line;
+  bool all_parsed = true;
+  for (const LineField& field : schema.line) {
+    if (ParseField(field, &cursor, record)) continue;
+    all_parsed = false;
+    if (schema.line_stops_at_error) break;
+  }
+  return all_parsed;
+}
+
+bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) {
+  if (schema.write_line != nullptr) return schema.write_line(record, file);
+  const size_t count = schema.line.size();
+  for (size_t i = 0; i < count; ++i) {
+    uint32_t options = i == 0 ? RecordFlagsOf(schema, record) : 0;
+    if (i + 1 == count) options |= FO_END_RECORD;
+    if (!WriteOne(schema.line[i], record, file, options)) return false;
+  }
+  return true;
+}
+
+}  // namespace qv

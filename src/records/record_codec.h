@@ -1,0 +1,40 @@
+// Records of any kind, handled through their schema: allocation, copying,
+// one record line parsed into a record and a record written as a line.
+#ifndef QUORVEX_RECORDS_RECORD_CODEC_H_
+#define QUORVEX_RECORDS_RECORD_CODEC_H_
+
+#include <cstdint>
+
+#include "quorvex/base.h"
+#include "records/kind_schema.h"
+
+namespace qv {
+
+// A new zeroed record whose row pointer (if the kind has one) points at its
+// row; nullptr when memory is short.
+void* NewRecord(const KindSchema& schema);
+void FreeRecord(void* record);
+
+uint32_t& RecordFlagsOf(const KindSchema& schema, void* record);
+uint32_t RecordFlagsOf(const KindSchema& schema, const void* record);
+void SetLineNumber(const KindSchema& schema, void* record, uint32_t line);
+// The row of a record, reached as the kind reaches it.
+void* RowOf(const KindSchema& schema, void* record);
+
+// Reads the line fields in order into the record. Returns false when a
+// field parser failed (it has reported why); the fields after it are left
+// as they were.
+bool ParseRecordLine(const KindSchema& schema, char* line, void* record);
+
+// Writes the record as one line: the first field with the record flags as
+// options (so a record read behind ";IAO;" goes back behind it), the last
+// with FO_END_RECORD. False on a short write.
+bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file);
+
+// Integer members of any width, read and written as 32-bit values.
+uint32_t GetUnsigned(const void* record, size_t offset, ValueType type);
+void SetUnsigned(void* record, size_t offset, ValueType type, uint32_t value);
+
+}  // namespace qv
+
+#endif  // QUORVEX_RECORDS_RECORD_CODEC_H_

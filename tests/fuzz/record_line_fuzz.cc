@@ -1,0 +1,195 @@
+// Feeds arbitrary bytes to the profile text reader: the input becomes a
+// profile file whose sections are read in every comment mode, and every
+// record goes through every field parser and value converter.
+//
+// Errors are expected and answered by a silent host; what must not happen is
+// a crash, a sanitizer report or a reader that stops making progress.
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "quorvex/quorvex.h"
+
+namespace {
+
+int SilentBox(void*, const char*, const char*, int) {
+  return 1;
+}
+
+std::string& InputPath() {
+  static std::string path;
+  return path;
+}
+
+void RemoveInput() {
+  std::remove(InputPath().c_str());
+  std::remove(InputPath().substr(0, InputPath().rfind('/')).c_str());
+}
+
+void Initialise() {
+  QuorvexHost host = {nullptr, SilentBox, nullptr, nullptr};
+  QuorvexSetHost(&host);
+  const char* base = getenv("TMPDIR");
+  std::string pattern = std::string(base != nullptr && *base ? base : "/tmp") + "/qvfuzz.XXXXXX";
+  if (mkdtemp(pattern.data()) == nullptr) abort();
+  InputPath() = pattern + "/input.txt";
+  atexit(RemoveInput);
+}
+
+bool WriteInput(const uint8_t* data, size_t size) {
+  FILE* out = fopen(InputPath().c_str(), "wb");
+  if (out == nullptr) return false;
+  bool ok = fwrite(data, 1, size, out) == size;
+  return fclose(out) == 0 && ok;
+}
+
+// One field parser applied again and again from the start of the record,
+// with or without the optional bit, until it fails or stops moving.
+void ParseAll(const char* record, int parser, uint32_t options) {
+  std::string copy(record);
+  char* cursor = copy.data();
+  char small[6] = "";
+  char path[QV_PATH_SIZE] = "";
+  for (int i = 0; i < 64 && *cursor != '\0'; ++i) {
+    char* before = cursor;
+    uint32_t u = 0;
+    int32_t n = 0;
+    uint32_t pair[2] = {0, 0};
+    int ok = 1;
+    switch (parser) {
+      case 0:
+        ok = ParseQuotedString(&cursor, small, options, sizeof small);
+        break;
+      case 1:
+        ok = ParseQuotedString(&cursor, path, options, sizeof path);
+        if (ok) {
+          // Typed text fields are quoted strings first, then converted.
+          uint32_t when = 0;
+          if (ParseDateTime(&when, path)) {
+            char text[32];
+            FormatDateTime(when, text);
+            FormatDate(when, text);
+            FormatTime(when, text);
+          }
+          std::string hex(path);
+          std::vector<uint8_t> bytes(hex.size() / 2 + 4);
+          uint16_t count = 0;
+          ParseHexBytes(bytes.data(), hex.data(), &count, 0);
+          hex = path;
+          ParseHexBytes(bytes.data(), hex.data(), &count, 1);
+          ParseOsType(path);
+          ParseRegDataType(path);
+        }
+        break;
+      case 2:
+        ok = ParseFlag(&cursor, &u, options);
+        break;
+      case 3:
+        ok = ParseFlagString32(&cursor, &u, options);
+        break;
+      case 4:
+        ok = ParseInteger(&cursor, &n, options);
+        break;
+      case 5:
+        ok = ParseLong(&cursor, &n, options);
+        break;
+      case 6:
+        ok = ParseVersionQuad(&cursor, pair, options);
+        break;
+    }
+    if (!ok || cursor == before) break;
+  }
+}
+
+// The fields of a record in the order a record family might ask for them.
+void ParseMixed(const char* record) {
+  std::string copy(record);
+  char* cursor = copy.data();
+  char text[41] = "";
+  uint32_t u = 0;
+  int32_t n = 0;
+  uint32_t pair[2];
+  if (!ParseQuotedString(&cursor, text, 0, sizeof text)) return;
+  if (!ParseFlag(&cursor, &u, FO_OPTIONAL)) return;
+  ParseInteger(&cursor, &n, 0);
+  if (!ParseFlagString32(&cursor, &u, FO_OPTIONAL)) return;
+  if (!ParseVersionQuad(&cursor, pair, FO_OPTIONAL)) return;
+  ParseQuotedString(&cursor, text, FO_OPTIONAL, sizeof text);
+}
+
+void ParseRecord(const char* record) {
+  for (int parser = 0; parser <= 6; ++parser) {
+    ParseAll(record, parser, 0);
+    ParseAll(record, parser, FO_OPTIONAL);
+  }
+  ParseMixed(record);
+  std::string copy(record);
+  TrimTrailingBlanks(copy.data());
+  UnescapeQuotes(copy.data());
+  RemoveChar(copy.data(), ',');
+}
+
+// Reads the whole file in one mode: the records of each section, stepping
+// over the header where a section ends. Every header takes at least one
+// byte, so a file of n bytes cannot end more than n + 1 sections.
+void ReadEverySection(QvFile file, int mode, size_t size) {
+  char record[QV_LINE_SIZE];
+  char line[QV_LINE_SIZE];
+  uint32_t flags = 0;
+  for (size_t sections = 0; sections <= size + 1; ++sections) {
+    // Mode 3 returns every kind of line, so its records are the ones parsed.
+    while (ReadRecordLine(file, record, &flags, mode)) {
+      if (mode == COMMENT_MODE_LISTING) ParseRecord(record);
+    }
+    if (!ReadProfileLine(file, line, sizeof line)) return;
+  }
+  abort();  // the reader stopped making progress
+}
+
+// Every header's section is searched for by name, with another case; the
+// file is fresh, so the first headers are the ones collected.
+void FindEverySection(QvFile file) {
+  std::vector<std::string> names;
+  char line[QV_LINE_SIZE];
+  while (ReadProfileLine(file, line, sizeof line) && names.size() < 8) {
+    char* p = line;
+    SkipBlanks(&p);
+    if (*p != '[') continue;
+    std::string name(p + 1);
+    name = name.substr(0, name.find(']'));
+    for (char& c : name) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+    names.push_back(name);
+  }
+  for (const std::string& name : names) {
+    if (!FindSection(file, name.c_str())) abort();  // a header just seen must be found
+    char record[QV_LINE_SIZE];
+    uint32_t flags = 0;
+    while (ReadRecordLine(file, record, &flags, COMMENT_MODE_RECORDS)) {
+    }
+  }
+  FindSection(file, "no such section");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static bool initialised = (Initialise(), true);
+  (void)initialised;
+  if (!WriteInput(data, size)) return 0;
+  SetParseFile(InputPath().c_str());
+  // Modes 0 and 5 stand for the values no family passes.
+  for (int mode = 0; mode <= 5; ++mode) {
+    QvFile file = QvOpenFileForRead(InputPath().c_str());
+    if (file == QV_NO_FILE) return 0;
+    ReadEverySection(file, mode, size);
+    QvCloseFile(file);
+  }
+  QvFile file = QvOpenFileForRead(InputPath().c_str());
+  if (file == QV_NO_FILE) return 0;
+  FindEverySection(file);
+  QvCloseFile(file);
+  return 0;
+}

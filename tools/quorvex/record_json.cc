@@ -1,0 +1,143 @@
+#include "record_json.h"
+
+#include <cstring>
+#include <iomanip>
+
+#include "records/record_codec.h"
+
+namespace qvtool {
+namespace {
+
+const char* At(const void* record, size_t offset) {
+  return static_cast<const char*>(record) + offset;
+}
+
+nlohmann::ordered_json MemberValue(const qv::MemberSpec& m, const void* record) {
+  switch (m.type) {
+    case qv::ValueType::kText:
+      return std::string(At(record, m.offset), strnlen(At(record, m.offset), m.size));
+    case qv::ValueType::kI32:
+      return static_cast<int32_t>(qv::GetUnsigned(record, m.offset, m.type));
+    case qv::ValueType::kVersionQuad: {
+      uint32_t pair[2];
+      memcpy(pair, At(record, m.offset), sizeof pair);
+      return nlohmann::ordered_json::array({pair[0] >> 16, pair[0] & 0xFFFF, pair[1] >> 16,
+                                    pair[1] & 0xFFFF});
+    }
+    default:
+      return qv::GetUnsigned(record, m.offset, m.type);
+  }
+}
+
+uint64_t MaxOf(qv::ValueType type) {
+  switch (type) {
+    case qv::ValueType::kU8:
+      return 0xFF;
+    case qv::ValueType::kU16:
+      return 0xFFFF;
+    default:
+      return 0xFFFFFFFF;
+  }
+}
+
+bool SetMember(const qv::MemberSpec& m, const nlohmann::ordered_json& value, void* record,
+               std::string* error) {
+  char* at = static_cast<char*>(record) + m.offset;
+  switch (m.type) {
+    case qv::ValueType::kText: {
+      if (!value.is_string()) break;
+      std::string text = value.get<std::string>();
+      if (text.size() >= m.size) {
+        *error = std::string(m.name) + " is longer than " + std::to_string(m.size - 1) +
+                 " characters";
+        return false;
+      }
+      memcpy(at, text.c_str(), text.size() + 1);
+      return true;
+    }
+    case qv::ValueType::kI32:
+      if (!value.is_number_integer()) break;
+      qv::SetUnsigned(record, m.offset, m.type, static_cast<uint32_t>(value.get<int32_t>()));
+      return true;
+    case qv::ValueType::kVersionQuad: {
+      if (!value.is_array() || value.size() != 4) break;
+      uint32_t g[4];
+      for (int i = 0; i < 4; ++i) {
+        if (!value[i].is_number_unsigned() || value[i].get<uint64_t>() > 0xFFFF) {
+          *error = std::string(m.name) + " takes four numbers from 0 to 65535";
+          return false;
+        }
+        g[i] = value[i].get<uint32_t>();
+      }
+      uint32_t pair[2] = {(g[0] << 16) | g[1], (g[2] << 16) | g[3]};
+      memcpy(at, pair, sizeof pair);
+      return true;
+    }
+    default:
+      if (!value.is_number_unsigned() || value.get<uint64_t>() > MaxOf(m.type)) {
+        *error = std::string(m.name) + " takes a number from 0 to " + std::to_string(MaxOf(m.type));
+        return false;
+      }
+      qv::SetUnsigned(record, m.offset, m.type, value.get<uint32_t>());
+      return true;
+  }
+  *error = std::string(m.name) + " has a value of the wrong type";
+  return false;
+}
+
+}  // namespace
+
+nlohmann::ordered_json RecordToJson(const qv::KindSchema& schema, const void* record) {
+  nlohmann::ordered_json object = nlohmann::ordered_json::object();
+  for (const qv::MemberSpec& m : schema.members) object[m.name] = MemberValue(m, record);
+  return object;
+}
+
+bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& object, void* record,
+                    std::string* error) {
+  if (!object.is_object()) {
+    *error = "a record must be a JSON object";
+    return false;
+  }
+  for (auto it = object.begin(); it != object.end(); ++it) {
+    const qv::MemberSpec* member = nullptr;
+    for (const qv::MemberSpec& m : schema.members) {
+      if (it.key() == m.name) member = &m;
+    }
+    if (member == nullptr) {
+      *error = "unknown member \"" + it.key() + "\" for kind " + schema.kind->code;
+      return false;
+    }
+    if (!SetMember(*member, it.value(), record, error)) return false;
+  }
+  return true;
+}
+
+void PrintRecordTable(const qv::KindSchema& schema, const std::vector<const void*>& records,
+                      std::ostream& out) {
+  std::vector<std::vector<std::string>> rows;
+  std::vector<std::string> header;
+  for (const qv::MemberSpec& m : schema.members) header.push_back(m.name);
+  rows.push_back(header);
+  for (const void* record : records) {
+    std::vector<std::string> row;
+    for (const qv::MemberSpec& m : schema.members) {
+      nlohmann::ordered_json v = MemberValue(m, record);
+      row.push_back(v.is_string() ? v.get<std::string>() : v.dump());
+    }
+    rows.push_back(row);
+  }
+  std::vector<size_t> widths(header.size(), 0);
+  for (const auto& row : rows) {
+    for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+  }
+  for (const auto& row : rows) {
+    for (size_t i = 0; i < row.size(); ++i) {
+      out << (i ? "  " : "") << std::left << std::setw(i + 1 < row.size() ? widths[i] : 0)
+          << row[i];
+    }
+    out << "\n";
+  }
+}
+
+}  // namespace qvtool
