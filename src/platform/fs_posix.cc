@@ -116,7 +116,7 @@ std::string ResolvePath(const std::string& path) {
   std::string result;
   size_t i = 0;
   if (!path.empty() && IsSeparator(path[0])) {
-    result = "/";
+    result.push_back('/');
     while (i < path.size() && IsSeparator(path[i])) ++i;
   }
   bool exists = true;  // false once a component is missing: nothing below it exists
