@@ -14,6 +14,8 @@
 #include "platform/registry.h"
 #include "profile/last_profile.h"
 #include "quorvex/quorvex.h"
+#include "records/location_family.h"
+#include "records/orvik_rows.h"
 #include "support/scripted_host.h"
 
 namespace {
@@ -283,8 +285,9 @@ TEST_F(OpenProfileTest, LogFileReceivesReportedErrors) {
   ReportError("Logged.", 0);
   CloseMasterProfile();
   EXPECT_EQ(qvtest::ReadFileBytes(log),
-            std::string(86, '*') + "\nLogged.\nDo you want to see a Message Box for the Next "
-                                   "Error?\n");
+            std::string(86, '*') +
+                "\nLogged.\nDo you want to see a Message Box for the Next "
+                "Error?\n");
 }
 
 TEST_F(OpenProfileTest, LogFileThatCannotBeMadeIsReportedAndOpenGoesOn) {
@@ -421,8 +424,9 @@ TEST_F(OpenProfileTest, OrvikDatabaseOpensAndCloses) {
   std::string db = host_.scratch().Join("shipping.orv");
   sqlite3* connection = nullptr;
   ASSERT_EQ(sqlite3_open(db.c_str(), &connection), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(connection, "CREATE TABLE marker(x)", nullptr, nullptr, nullptr),
-            SQLITE_OK);
+  // An Orvik profile holds its locations in a table of its own.
+  std::string locations = qv::OrvikTableDefinition(qv::LoSchema());
+  ASSERT_EQ(sqlite3_exec(connection, locations.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
   sqlite3_close(connection);
   ASSERT_EQ(Open(db, OPEN_ORVIK | OPEN_NO_VCS | OPEN_LOCK), 1);
   EXPECT_EQ(IsMasterProfileOpen(OPEN_LOCK), 1);  // locked without a lock file
@@ -432,6 +436,21 @@ TEST_F(OpenProfileTest, OrvikDatabaseOpensAndCloses) {
   EXPECT_EQ(qv::State().orvik_handles[3], 2u);
   EXPECT_EQ(CloseMasterProfile(), 1);
   EXPECT_EQ(IsMasterProfileOpen(0), 0);
+}
+
+TEST_F(OpenProfileTest, OrvikLocationsThatCannotBeReadAreReportedEvenWhenSilent) {
+  std::string db = host_.scratch().Join("empty.orv");
+  sqlite3* connection = nullptr;
+  ASSERT_EQ(sqlite3_open(db.c_str(), &connection), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(connection, "CREATE TABLE unrelated(x)", nullptr, nullptr, nullptr),
+            SQLITE_OK);
+  sqlite3_close(connection);
+  EXPECT_EQ(Open(db, OPEN_ORVIK | OPEN_NO_VCS | OPEN_SILENT), 0);
+  ASSERT_EQ(host_.errors().size(), 2u);
+  EXPECT_EQ(host_.errors()[0], "Cannot begin to Query Orvik Database for FGDs");
+  EXPECT_EQ(host_.errors()[1], "Problem retrieving locations.  Please Try another Master Profile.");
+  // The database was made current before its locations failed, and stays so.
+  EXPECT_STREQ(QvOpenProfilePath(), db.c_str());
 }
 
 TEST_F(OpenProfileTest, OrvikFileThatIsNoDatabaseIsRefusedInTheDialogOnly) {

@@ -26,7 +26,7 @@
 QV_EXTERN_C_BEGIN
 
 /* Sizes of the fixed text buffers: n characters take n + 1 bytes. */
-#define QV_PATH_SIZE 261 /* a file path: 260 characters */
+#define QV_PATH_SIZE 261  /* a file path: 260 characters */
 #define QV_LINE_SIZE 5024 /* a physical line, a joined record, a message */
 
 /* An open file. QV_NO_FILE means "no file"; QV_FAILED_FILE is the value an

@@ -36,9 +36,8 @@ QV_API int SetFileStatusBits(const char* path, uint32_t bits);
 QV_API int ClearFileStatusBits(const char* path, uint32_t bits);
 
 /* Parts may be NULL ("not given") or empty. */
-QV_API int BuildFilePath(char* destination, const char* base, const char* part1,
-                         const char* part2, const char* part3, const char* defaultName,
-                         const char* name);
+QV_API int BuildFilePath(char* destination, const char* base, const char* part1, const char* part2,
+                         const char* part3, const char* defaultName, const char* name);
 /* rootName and rootVersion name the location that stands for the install
  * root, or are empty. */
 QV_API int BuildFilePathNameEx(char* destination, const char* locationName,

@@ -33,17 +33,17 @@ typedef enum QuorvexProfileKind {
  * returns 1 for OK, 0 for Exit or cancel. On OK the engine turns the controls
  * back into flags. */
 typedef struct QuorvexOpenProfileRequest {
-  const char* message;      /* static text at the top */
-  char path[QV_PATH_SIZE];  /* "&Profile Path:" */
+  const char* message;        /* static text at the top */
+  char path[QV_PATH_SIZE];    /* "&Profile Path:" */
   char project[QV_PATH_SIZE]; /* "Version Control Project Name" */
-  uint32_t flags;           /* the flags word the dialog started from */
-  int kind;                 /* QuorvexProfileKind of the checked radio button */
-  int versionControl;       /* check box "On" */
-  int readOnly;             /* "Open Read Only" */
-  int readActiveOnly;       /* "Read Active Objects Only" */
-  int silent;               /* "Silent" */
-  RecordList* projects;     /* the drop-down list; filled when version control is on */
-  int projectsFilled;       /* 1 once the list was filled during this showing */
+  uint32_t flags;             /* the flags word the dialog started from */
+  int kind;                   /* QuorvexProfileKind of the checked radio button */
+  int versionControl;         /* check box "On" */
+  int readOnly;               /* "Open Read Only" */
+  int readActiveOnly;         /* "Read Active Objects Only" */
+  int silent;                 /* "Silent" */
+  RecordList* projects;       /* the drop-down list; filled when version control is on */
+  int projectsFilled;         /* 1 once the list was filled during this showing */
 } QuorvexOpenProfileRequest;
 
 /* Fills request->projects from the version-control client, once per

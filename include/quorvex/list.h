@@ -43,16 +43,16 @@ QV_API int MPNewStringList(RecordList** listOut);
 QV_API int MPFreeStringList(RecordList* list);
 
 /* Declares the list operations of one record kind. */
-#define QV_DECLARE_LIST_OPERATIONS(code, RecordType)                            \
-  typedef RecordList code##List;                                                \
-  QV_API int MPNew##code##List(code##List** listOut);                           \
-  QV_API int MPAdd##code##At(code##List* list, uint32_t position, RecordType* record); \
+#define QV_DECLARE_LIST_OPERATIONS(code, RecordType)                                         \
+  typedef RecordList code##List;                                                             \
+  QV_API int MPNew##code##List(code##List** listOut);                                        \
+  QV_API int MPAdd##code##At(code##List* list, uint32_t position, RecordType* record);       \
   QV_API int MPInsert##code##After(code##List* list, uint32_t position, RecordType* record); \
-  QV_API int MPAppend##code(code##List* list, RecordType* record);              \
-  QV_API int MPSet##code##Node(code##List* list, uint32_t position, RecordType* record); \
-  QV_API int MPDelete##code##Node(code##List* list, uint32_t position);         \
-  QV_API int MPRemove##code##Node(code##List* list, RecordType* record);        \
-  QV_API int MPClear##code##List(code##List* list);                             \
+  QV_API int MPAppend##code(code##List* list, RecordType* record);                           \
+  QV_API int MPSet##code##Node(code##List* list, uint32_t position, RecordType* record);     \
+  QV_API int MPDelete##code##Node(code##List* list, uint32_t position);                      \
+  QV_API int MPRemove##code##Node(code##List* list, RecordType* record);                     \
+  QV_API int MPClear##code##List(code##List* list);                                          \
   QV_API int MPFree##code##List(code##List* list);
 
 QV_EXTERN_C_END

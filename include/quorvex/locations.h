@@ -33,18 +33,18 @@ QV_EXTERN_C_BEGIN
 #define LO_INSTALL_ROOT "$DR$"
 
 /* Location flags; the first flag letter on a line is bit 31. */
-#define LO_MODIFIABLE 0x80000000u            /* "Modifiable" */
-#define LO_VISIBLE_IN_CUSTOM 0x40000000u     /* "Visible in custom dialog" */
-#define LO_ALWAYS_CREATE 0x20000000u         /* "Always create" */
-#define LO_DONT_REMOVE 0x10000000u           /* "Don't remove (Win, WinSys, etc.)" */
-#define LO_CUSTOM_INSTALL 0x08000000u        /* "Participates in Custom install" */
-#define LO_MINIMUM_INSTALL 0x04000000u       /* "Participates in Minimum install" */
-#define LO_STANDARD_INSTALL 0x02000000u      /* "Participates in Standard install" */
-#define LO_LOCAL_INSTALL 0x01000000u         /* "Participates in Local install" */
-#define LO_NETWORK_INSTALL 0x00800000u       /* "Participates in Network install" */
-#define LO_WORKSTATION_INSTALL 0x00400000u   /* "Participates in Workstation install" */
-#define LO_REMOTE_CREATE_ALWAYS 0x00200000u  /* "Remote Create Always" */
-#define LO_REMOTE_DONT_REMOVE 0x00100000u    /* "Remote Don't Remove" */
+#define LO_MODIFIABLE 0x80000000u           /* "Modifiable" */
+#define LO_VISIBLE_IN_CUSTOM 0x40000000u    /* "Visible in custom dialog" */
+#define LO_ALWAYS_CREATE 0x20000000u        /* "Always create" */
+#define LO_DONT_REMOVE 0x10000000u          /* "Don't remove (Win, WinSys, etc.)" */
+#define LO_CUSTOM_INSTALL 0x08000000u       /* "Participates in Custom install" */
+#define LO_MINIMUM_INSTALL 0x04000000u      /* "Participates in Minimum install" */
+#define LO_STANDARD_INSTALL 0x02000000u     /* "Participates in Standard install" */
+#define LO_LOCAL_INSTALL 0x01000000u        /* "Participates in Local install" */
+#define LO_NETWORK_INSTALL 0x00800000u      /* "Participates in Network install" */
+#define LO_WORKSTATION_INSTALL 0x00400000u  /* "Participates in Workstation install" */
+#define LO_REMOTE_CREATE_ALWAYS 0x00200000u /* "Remote Create Always" */
+#define LO_REMOTE_DONT_REMOVE 0x00100000u   /* "Remote Don't Remove" */
 
 /* Icon-location flags. */
 #define IL_DONT_REMOVE 0x80000000u /* "Don't remove" */
@@ -97,16 +97,19 @@ QV_DECLARE_LIST_OPERATIONS(IL, ILRecord)
 
 /* All locations in file (or database) order; mode MODE_UPDATE checks the
  * file out. Reading normalises Folder and ShortFolder (slashes become
- * backslashes, repeated backslashes collapse, a trailing one is dropped;
- * "\" alone stays) and checks Folder: a "[" without "]" and a long folder
- * without a short form are reported; a folder that is a valid short (8.3)
- * path needs no short form, so its ShortFolder is cleared. */
+ * backslashes; repeated backslashes collapse, except the leading pair of a
+ * network path; a trailing one is dropped unless it follows a drive, and a
+ * lone backslash stays) and checks Folder without its replaceable
+ * parameters: a "[" without "]" and a long folder without a short form are
+ * reported; a folder that is a valid short (8.3) path needs no short form,
+ * so its ShortFolder is cleared. */
 QV_API int MPGetLOCompleteList(LOList** listOut, uint32_t mode);
 /* A copy of the location (name, version); 0 without a message when there is
  * none, and always in an Orvik profile. */
 QV_API int MPGetLO(const char* name, const char* version, LORecord** recordOut);
 /* Adds the location, or replaces the stored one with the same name and
- * version (the stored name and version survive). */
+ * version (the stored name and version survive). In an Orvik profile the
+ * rows with that key are replaced by the record's row. */
 QV_API int MPPutLO(LORecord* record);
 /* Merges every location of the list into the stored ones and rewrites the
  * file. */
@@ -121,8 +124,7 @@ QV_API int MPDeleteLO(const char* name, const char* version);
 QV_API int MPCopyLO(LORecord** recordInOut, const LORecord* source, int mode, LOList* list);
 /* Moves the cursor to the next location with that name and version; an
  * empty name takes the next location whatever it is. */
-QV_API int MPFindLONode(const char* name, const char* version, LOList* list,
-                        LORecord** recordOut);
+QV_API int MPFindLONode(const char* name, const char* version, LOList* list, LORecord** recordOut);
 QV_API int MPGetLOFlagNames(LOFlagNames** tableOut);
 QV_API int MPNewLO(LORecord** recordOut);
 QV_API int MPFreeLO(LORecord* record);

@@ -6,8 +6,8 @@
 #ifndef QUORVEX_QUORVEX_H_
 #define QUORVEX_QUORVEX_H_
 
-#include "quorvex/base.h"
 #include "quorvex/ad.h"
+#include "quorvex/base.h"
 #include "quorvex/catalogue.h"
 #include "quorvex/host.h"
 #include "quorvex/list.h"
@@ -15,6 +15,7 @@
 #include "quorvex/profile.h"
 #include "quorvex/records.h"
 #include "quorvex/report.h"
+#include "quorvex/resources.h"
 #include "quorvex/text.h"
 #include "quorvex/vcs.h"
 #include "quorvex/writer.h"

@@ -28,8 +28,8 @@ QV_API int VcsAdd(const char* path, const char* comment);
 /* Records a working file under
  * HKEY_LOCAL_MACHINE\SOFTWARE\Vardo\Lodestar\Stewardry\VCS\FILES\<file name>. */
 #define VCS_REGISTERED 0x20000000u
-QV_API int VcsRegisterFile(const char* workFilePath, const char* objectType,
-                           const char* objectName, const char* objectVersion);
+QV_API int VcsRegisterFile(const char* workFilePath, const char* objectType, const char* objectName,
+                           const char* objectVersion);
 
 QV_EXTERN_C_END
 

@@ -27,7 +27,9 @@ void AppendIfFits(std::string* text, const std::string& piece) {
   if (text->size() + piece.size() < kMessageLimit) text->append(piece);
 }
 
-void WriteAll(File* log, const std::string& text) { log->Write(text.data(), text.size()); }
+void WriteAll(File* log, const std::string& text) {
+  log->Write(text.data(), text.size());
+}
 
 }  // namespace
 }  // namespace qv

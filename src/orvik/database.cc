@@ -15,8 +15,7 @@ sqlite3* OrvikOpenDatabase(const char* path) {
   std::string resolved = ResolvePath(path);
   if (!FileExists(resolved)) return nullptr;
   sqlite3* connection = nullptr;
-  if (sqlite3_open_v2(resolved.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr) !=
-      SQLITE_OK) {
+  if (sqlite3_open_v2(resolved.c_str(), &connection, SQLITE_OPEN_READWRITE, nullptr) != SQLITE_OK) {
     sqlite3_close(connection);
     return nullptr;
   }
@@ -40,6 +39,8 @@ void OrvikCloseDatabase() {
   g_connection = nullptr;
 }
 
-sqlite3* OrvikConnection() { return g_connection; }
+sqlite3* OrvikConnection() {
+  return g_connection;
+}
 
 }  // namespace qv

@@ -15,6 +15,7 @@
 #include "platform/file.h"
 #include "platform/fs.h"
 #include "profile/global_file_list.h"
+#include "profile/profile_files.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 #include "quorvex/vcs.h"
@@ -168,6 +169,22 @@ QvFile Finish(QvFile file, const std::string& path, uint32_t mode) {
 }
 
 }  // namespace
+
+std::vector<ProfileFileFound> ListProfileFiles(const char* directory) {
+  std::vector<ProfileFileFound> files;
+  for (const FileKind& kind : kFileKinds) {
+    char pattern[QV_LINE_SIZE];
+    // Files named by their owner (one per language) are all wanted here.
+    snprintf(pattern, sizeof pattern, kind.pattern, directory, "*");
+    std::string folder = pattern;
+    folder.resize(folder.find_last_of("\\/") + 1);
+    for (const DirEntry& found : FindFiles(pattern)) {
+      if (!found.is_directory) files.push_back({kind.code, folder + found.name});
+    }
+  }
+  return files;
+}
+
 }  // namespace qv
 
 extern "C" QvFile OpenProfileFile(const char* directory, const char* ownerName,

@@ -49,11 +49,38 @@ const KindSchema& AdSchema() {
           QV_LINE_FIELD(ADRecord, name, LineSyntax::kText, 384, 0, 0),
       },
       "Ad",
-      {nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-       nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-       nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-       nullptr, nullptr, nullptr, nullptr, "Participates in Local install",
-       "Participates in Network install", "Participates in Workstation install", nullptr},
+      {nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       nullptr,
+       "Participates in Local install",
+       "Participates in Network install",
+       "Participates in Workstation install",
+       nullptr},
       AD_WORKSTATION | AD_NETWORK | AD_LOCAL,
       "Ad File %s cannot be found or opened!",
   };
@@ -85,6 +112,34 @@ void AppendCopy(RecordList* list, const ADRecord* source) {
   AdList::Append(list, record);
 }
 
+// MPPutAD, telling in *written (when given) whether the file was
+// rewritten: the put's result is 1 either way.
+int PutAd(ADRecord* record, bool* written) {
+  if (written != nullptr) *written = false;
+  if (!RequireLockedProfile()) return 0;
+  ADList* list = nullptr;
+  if (!MPGetADCompleteList(&list, MODE_UPDATE)) {
+    MPFreeADList(list);
+    return 0;
+  }
+  uint32_t next = NextId({list});
+  if (record->row.id == 0) record->row.id = next;
+  ADRecord* found = nullptr;
+  list->current = nullptr;
+  if (MPFindADNode(record->row.id, record->name, list, &found)) {
+    ReplaceStored(list, found, record);
+  } else {
+    AppendCopy(list, record);
+  }
+  list->current = nullptr;
+  // The put has happened in memory; a failed rewrite was reported and the
+  // caller has always been told 1 here.
+  bool rewritten = MPWriteADList(list) == 1;
+  if (written != nullptr) *written = rewritten;
+  MPFreeADList(list);
+  return 1;
+}
+
 bool ParseId(const std::string& text, uint32_t* id) {
   char* end = nullptr;
   unsigned long value = strtoul(text.c_str(), &end, 10);
@@ -108,7 +163,10 @@ const KindApi& MakeAdApi() {
     *record = found;
     return ok;
   };
-  api.put = [](void* record) { return MPPutAD(static_cast<ADRecord*>(record)) == 1; };
+  api.put = [](void* record) {
+    bool written = false;
+    return PutAd(static_cast<ADRecord*>(record), &written) == 1 && written;
+  };
   api.remove = [](const Texts& key) {
     uint32_t id;
     return ParseId(key.at(0), &id) && MPDeleteAD(id) == 1;
@@ -226,27 +284,7 @@ int MPGetAD(uint32_t id, ADRecord** recordOut) {
 }
 
 int MPPutAD(ADRecord* record) {
-  if (!qv::RequireLockedProfile()) return 0;
-  ADList* list = nullptr;
-  if (!MPGetADCompleteList(&list, MODE_UPDATE)) {
-    MPFreeADList(list);
-    return 0;
-  }
-  uint32_t next = qv::NextId({list});
-  if (record->row.id == 0) record->row.id = next;
-  ADRecord* found = nullptr;
-  list->current = nullptr;
-  if (MPFindADNode(record->row.id, record->name, list, &found)) {
-    qv::ReplaceStored(list, found, record);
-  } else {
-    qv::AppendCopy(list, record);
-  }
-  list->current = nullptr;
-  // The put has happened in memory; a failed rewrite was reported and the
-  // caller has always been told 1 here.
-  MPWriteADList(list);
-  MPFreeADList(list);
-  return 1;
+  return qv::PutAd(record, nullptr);
 }
 
 int MPPutADCompleteList(ADList* list) {

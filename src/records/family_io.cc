@@ -21,8 +21,8 @@ void ReportWithPath(const char* format, const char* path) {
 
 QvFile OpenKindFile(const KindSchema& schema, const Owner& owner, uint32_t mode, char* path) {
   const char* directory = owner.directory != nullptr ? owner.directory : State().profile_path;
-  QvFile file = OpenProfileFile(directory, owner.name, owner.key,
-                                schema.kind->file_kind, path, mode);
+  QvFile file =
+      OpenProfileFile(directory, owner.name, owner.key, schema.kind->file_kind, path, mode);
   if (!QvFileIsOpen(file)) {
     ReportWithPath(schema.missing_file_message, path);
     return QV_NO_FILE;
@@ -72,11 +72,15 @@ bool RequireLockedProfile() {
   return false;
 }
 
-bool IsOrvikProfile() { return (State().profile_flags & OPEN_ORVIK) != 0; }
+// The flags of a closed profile linger in the state; only an open one counts.
+bool IsOrvikProfile() {
+  return (QvOpenProfileFlags() & OPEN_ORVIK) != 0;
+}
 
 bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,
                   RecordList** list_out) {
-  if (IsOrvikProfile()) return ReadOrvikRows(schema, list_out);
+  // A folder given is a Master Profile about to be opened, whatever is open now.
+  if (owner.directory == nullptr && IsOrvikProfile()) return ReadOrvikRows(schema, list_out);
   return ReadTextList(schema, owner, mode, list_out);
 }
 

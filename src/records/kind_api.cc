@@ -5,10 +5,15 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "records/location_family.h"
+#include "records/resource_family.h"
+
 namespace qv {
 
 const std::vector<const KindApi*>& AllKindApis() {
-  static const std::vector<const KindApi*> apis = {&AdKindApi()};
+  static const std::vector<const KindApi*> apis = {&AdKindApi(),     &LoKindApi(),
+                                                   &IlKindApi(),     &ResourceKindApi(),
+                                                   &StringKindApi(), &RemoveStringKindApi()};
   return apis;
 }
 
@@ -34,4 +39,6 @@ QvFlagNames* NewFlagNames(const KindSchema& schema) {
 
 }  // namespace qv
 
-extern "C" void MPFreeFlagNames(QvFlagNames* table) { free(table); }
+extern "C" void MPFreeFlagNames(QvFlagNames* table) {
+  free(table);
+}

@@ -53,10 +53,10 @@ constexpr ValueType ValueTypeOf() {
 }
 
 // QV_MEMBER(ADRecord, row.id, "id", true): a member with its offset and type.
-#define QV_MEMBER(Record, path, name, in_row)                                          \
-  ::qv::MemberSpec {                                                                   \
-    name, ::qv::ValueTypeOf<decltype(Record::path)>(), offsetof(Record, path),         \
-        sizeof(Record::path), in_row                                                   \
+#define QV_MEMBER(Record, path, name, in_row)                                  \
+  ::qv::MemberSpec {                                                           \
+    name, ::qv::ValueTypeOf<decltype(Record::path)>(), offsetof(Record, path), \
+        sizeof(Record::path), in_row                                           \
   }
 
 // How a field is written on a record line.
@@ -74,22 +74,22 @@ struct LineField {
   LineSyntax syntax;
   size_t offset;
   ValueType type;
-  int width;          // kText: the longest text read
-  uint32_t options;   // FO_OPTIONAL and the like, for reading and writing
-  uint32_t bit;       // kFlag: the bit it stands for
+  int width;         // kText: the longest text read
+  uint32_t options;  // FO_OPTIONAL and the like, for reading and writing
+  uint32_t bit;      // kFlag: the bit it stands for
 };
 
-#define QV_LINE_FIELD(Record, path, syntax, width, options, bit)                           \
-  ::qv::LineField {                                                                        \
-    syntax, offsetof(Record, path), ::qv::ValueTypeOf<decltype(Record::path)>(), width,    \
-        options, bit                                                                       \
+#define QV_LINE_FIELD(Record, path, syntax, width, options, bit)                                 \
+  ::qv::LineField {                                                                              \
+    syntax, offsetof(Record, path), ::qv::ValueTypeOf<decltype(Record::path)>(), width, options, \
+        bit                                                                                      \
   }
 
 struct KindSchema {
   const KindInfo* kind;  // code, file, section and store support
 
   size_t record_size;
-  size_t row_offset;          // where the database row starts
+  size_t row_offset;  // where the database row starts
   size_t row_size;
   size_t row_pointer_offset;  // SIZE_MAX when the row is reached directly
   size_t record_flags_offset;

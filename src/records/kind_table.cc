@@ -30,10 +30,9 @@ const std::vector<KindInfo> kKinds = {
     {"DP", "Driver Products", "Install Products", F::kInstall, "IN", R, I, D, nullptr, "", nullptr},
     {"DR", "Drivers", "Install", F::kInstall, "IN", R, I, _, nullptr, nullptr, nullptr},
     {"DRK", "DRKs", "Development Reg Keys", F::kFixed, "RAM", R, I, D, nullptr, nullptr, nullptr},
-    {"DRKPR", "DRKPRs", "Development Reg Key Products", F::kFixed, "RAM", R, I, D, nullptr,
-     nullptr, nullptr},
-    {"DVPR", "DVPRs", "Development Products", F::kFixed, "RAM", R, I, D, nullptr, nullptr,
+    {"DRKPR", "DRKPRs", "Development Reg Key Products", F::kFixed, "RAM", R, I, D, nullptr, nullptr,
      nullptr},
+    {"DVPR", "DVPRs", "Development Products", F::kFixed, "RAM", R, I, D, nullptr, nullptr, nullptr},
     {"FG", "File Groups", "File Groups", F::kModule, "MO", R, I, D, nullptr, nullptr, nullptr},
     {"FGA", "File Group Ads", "File Group Ads", F::kUnsettled, "", R, I, D, nullptr, "", nullptr},
     {"FGD", "FGDs", "File Groups I Require", F::kModule, "MO", R, I, D, nullptr, nullptr, nullptr},
@@ -52,8 +51,8 @@ const std::vector<KindInfo> kKinds = {
     {"MO", "Modules", "Module", F::kModule, "MO", R, I, _, nullptr, nullptr, nullptr},
     {"MOSR", "", "Module System-Settings", F::kSettings, "SSR", _, I, D, nullptr, nullptr, nullptr},
     {"MP", "MPs", "Sub-Products", F::kProduct, "PR", R, I, D, nullptr, nullptr, nullptr},
-    {"Strings", "", "Strings", F::kLanguage, "MSG", _, _, _, "Setup Messages are not part of Orvik.",
-     nullptr, nullptr},
+    {"Strings", "", "Strings", F::kLanguage, "MSG", _, _, _,
+     "Setup Messages are not part of Orvik.", nullptr, nullptr},
     {"PE", "PEs", "System-Settings Records", F::kUnsettled, "", R, I, _, nullptr, nullptr, ""},
     {"PM", "PMs", "Modules", F::kProduct, "PR", R, I, D, nullptr, nullptr, nullptr},
     {"PR", "Products", "Product", F::kProduct, "PR", R, I, _, nullptr, nullptr, nullptr},
@@ -100,7 +99,9 @@ const std::vector<KindInfo> kKinds = {
 
 }  // namespace
 
-const std::vector<KindInfo>& AllKindInfo() { return kKinds; }
+const std::vector<KindInfo>& AllKindInfo() {
+  return kKinds;
+}
 
 const KindInfo* FindKindInfo(const char* code) {
   for (const KindInfo& kind : kKinds) {

@@ -30,7 +30,9 @@ std::vector<const MemberSpec*> RowMembers(const KindSchema& schema) {
   return members;
 }
 
-char* At(void* record, size_t offset) { return static_cast<char*>(record) + offset; }
+char* At(void* record, size_t offset) {
+  return static_cast<char*>(record) + offset;
+}
 const char* At(const void* record, size_t offset) {
   return static_cast<const char*>(record) + offset;
 }
@@ -94,8 +96,7 @@ bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out) {
   sql += " FROM " + Quoted(schema.kind->code) + " ORDER BY rowid";
   sqlite3_stmt* statement = nullptr;
   sqlite3* db = OrvikConnection();
-  if (db == nullptr ||
-      sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
+  if (db == nullptr || sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) != SQLITE_OK) {
     sqlite3_finalize(statement);
     char text[QV_LINE_SIZE];
     snprintf(text, sizeof text, "Cannot begin to Query Orvik Database for %s",

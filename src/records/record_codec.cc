@@ -11,7 +11,9 @@
 namespace qv {
 namespace {
 
-char* At(void* record, size_t offset) { return static_cast<char*>(record) + offset; }
+char* At(void* record, size_t offset) {
+  return static_cast<char*>(record) + offset;
+}
 const char* At(const void* record, size_t offset) {
   return static_cast<const char*>(record) + offset;
 }
@@ -88,8 +90,8 @@ bool WriteOne(const LineField& field, const void* record, QvFile file, uint32_t 
       return WriteVersionQuadField(pair[0], pair[1], file, options) == 1;
     }
     case LineSyntax::kOsType:
-      return WriteOsTypeField(static_cast<int>(GetUnsigned(record, field.offset, field.type)),
-                              file, options) == 1;
+      return WriteOsTypeField(static_cast<int>(GetUnsigned(record, field.offset, field.type)), file,
+                              options) == 1;
     case LineSyntax::kDateTime:
       return WriteDateTimeField(GetUnsigned(record, field.offset, field.type), file, options) == 1;
   }
@@ -107,7 +109,9 @@ void* NewRecord(const KindSchema& schema) {
   return record;
 }
 
-void FreeRecord(void* record) { free(record); }
+void FreeRecord(void* record) {
+  free(record);
+}
 
 uint32_t& RecordFlagsOf(const KindSchema& schema, void* record) {
   return *reinterpret_cast<uint32_t*>(At(record, schema.record_flags_offset));
@@ -125,7 +129,9 @@ void SetLineNumber(const KindSchema& schema, void* record, uint32_t line) {
   }
 }
 
-void* RowOf(const KindSchema& schema, void* record) { return At(record, schema.row_offset); }
+void* RowOf(const KindSchema& schema, void* record) {
+  return At(record, schema.row_offset);
+}
 
 uint32_t GetUnsigned(const void* record, size_t offset, ValueType type) {
   const char* p = At(record, offset);

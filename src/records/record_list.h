@@ -196,8 +196,11 @@ struct ListOps {
     }
     // Find the node to insert before. Coming back to head means the end of
     // the list, which only the position just past the last node may reach.
+    // An append goes straight there: reading a file appends every record,
+    // and walking to the end each time would make reading quadratic.
     RecordNode* before = list->head;
-    for (uint32_t step = 1; step < position; ++step) {
+    const bool append = position == list->count && position > 1;
+    for (uint32_t step = 1; !append && step < position; ++step) {
       before = before->next;
       if (before == list->head) {
         if (position != list->count) {

@@ -4,9 +4,17 @@
 
 namespace qv {
 
-bool DeleteDriverAdsOfAd(uint32_t) { return true; }
-bool DeleteFileGroupAdsOfAd(uint32_t) { return true; }
-bool UpdateDriverAdsOfAd(uint32_t, uint32_t, uint32_t) { return true; }
-bool UpdateFileGroupAdsOfAd(uint32_t, uint32_t, uint32_t) { return true; }
+bool DeleteDriverAdsOfAd(uint32_t) {
+  return true;
+}
+bool DeleteFileGroupAdsOfAd(uint32_t) {
+  return true;
+}
+bool UpdateDriverAdsOfAd(uint32_t, uint32_t, uint32_t) {
+  return true;
+}
+bool UpdateFileGroupAdsOfAd(uint32_t, uint32_t, uint32_t) {
+  return true;
+}
 
 }  // namespace qv

@@ -22,7 +22,7 @@ struct ShownBox {
 
 class ScriptedHost {
  public:
-  ScriptedHost();  // installs itself; closes any open profile first
+  ScriptedHost();   // installs itself; closes any open profile first
   ~ScriptedHost();  // closes the profile, uninstalls, restores the environment
 
   // Answers for the next boxes, in order; when none is left: Yes for error

@@ -44,7 +44,9 @@ std::string TempDir::Write(const std::string& relative, const std::string& conte
   return path;
 }
 
-std::string TempDir::Read(const std::string& relative) const { return ReadFileBytes(Join(relative)); }
+std::string TempDir::Read(const std::string& relative) const {
+  return ReadFileBytes(Join(relative));
+}
 
 std::string ReadFileBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);

@@ -25,12 +25,15 @@ bool OpenProfile(const GlobalOptions& options, bool change) {
     WriteLastProfile(path, flags, options.vcs_project.c_str());
   }
   if (!OpenMasterProfile(path, &flags, options.log.c_str())) {
-    PrintError("cannot open the profile" + (options.profile.empty() ? std::string() : " " + options.profile));
+    PrintError("cannot open the profile" +
+               (options.profile.empty() ? std::string() : " " + options.profile));
     return false;
   }
   return true;
 }
 
-void PrintError(const std::string& text) { std::cerr << "quorvex: " << text << "\n"; }
+void PrintError(const std::string& text) {
+  std::cerr << "quorvex: " << text << "\n";
+}
 
 }  // namespace qvtool

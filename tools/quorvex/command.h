@@ -47,10 +47,9 @@ struct CommandRegistration {
   }
 };
 
-#define QVTOOL_REGISTER_COMMAND(Type)                                  \
-  static ::qvtool::CommandRegistration registration_##Type([] {         \
-    return std::unique_ptr<::qvtool::Command>(new Type());             \
-  })
+#define QVTOOL_REGISTER_COMMAND(Type)                       \
+  static ::qvtool::CommandRegistration registration_##Type( \
+      [] { return std::unique_ptr<::qvtool::Command>(new Type()); })
 
 // Opens the profile that the options name; `change` opens it locked. False
 // when the engine refused (its message is on standard error).

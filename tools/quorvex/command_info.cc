@@ -13,11 +13,15 @@ struct FlagName {
   const char* name;
 };
 constexpr FlagName kFlagNames[] = {
-    {OPEN_MASTER, "OPEN_MASTER"},         {OPEN_ORVIK, "OPEN_ORVIK"},
-    {OPEN_LOCK, "OPEN_LOCK"},             {OPEN_INSTALLATION, "OPEN_INSTALLATION"},
-    {OPEN_NO_VCS, "OPEN_NO_VCS"},         {OPEN_PROMPT, "OPEN_PROMPT"},
+    {OPEN_MASTER, "OPEN_MASTER"},
+    {OPEN_ORVIK, "OPEN_ORVIK"},
+    {OPEN_LOCK, "OPEN_LOCK"},
+    {OPEN_INSTALLATION, "OPEN_INSTALLATION"},
+    {OPEN_NO_VCS, "OPEN_NO_VCS"},
+    {OPEN_PROMPT, "OPEN_PROMPT"},
     {OPEN_TYPE_FROM_REGISTRY, "OPEN_TYPE_FROM_REGISTRY"},
-    {OPEN_SILENT, "OPEN_SILENT"},         {OPEN_READ_ACTIVE_ONLY, "OPEN_READ_ACTIVE_ONLY"},
+    {OPEN_SILENT, "OPEN_SILENT"},
+    {OPEN_READ_ACTIVE_ONLY, "OPEN_READ_ACTIVE_ONLY"},
 };
 
 std::vector<std::string> FlagNames(uint32_t flags) {

@@ -20,7 +20,8 @@ const qv::KindApi* KindOrUsage(const std::string& code) {
   const qv::KindApi* api = qv::FindKindApi(code);
   if (api == nullptr) {
     std::string known;
-    for (const qv::KindApi* k : qv::AllKindApis()) known += (known.empty() ? "" : ", ") + std::string(k->schema->kind->code);
+    for (const qv::KindApi* k : qv::AllKindApis())
+      known += (known.empty() ? "" : ", ") + std::string(k->schema->kind->code);
     PrintError("unknown kind " + code + " (known: " + known + ")");
   }
   return api;
@@ -29,9 +30,9 @@ const qv::KindApi* KindOrUsage(const std::string& code) {
 bool KeysFit(const qv::KindApi& api, const std::vector<std::string>& keys) {
   if (keys.size() == api.key_names.size()) {
     for (size_t i = 0; i < keys.size(); ++i) {
-      if (std::string(api.key_names[i]) == "id" && (keys[i] == "0" || keys[i].empty() ||
-                                                     keys[i].find_first_not_of("0123456789") !=
-                                                         std::string::npos)) {
+      if (std::string(api.key_names[i]) == "id" &&
+          (keys[i] == "0" || keys[i].empty() ||
+           keys[i].find_first_not_of("0123456789") != std::string::npos)) {
         PrintError("an id is a number above 0");
         return false;
       }

@@ -21,8 +21,8 @@ nlohmann::ordered_json MemberValue(const qv::MemberSpec& m, const void* record) 
     case qv::ValueType::kVersionQuad: {
       uint32_t pair[2];
       memcpy(pair, At(record, m.offset), sizeof pair);
-      return nlohmann::ordered_json::array({pair[0] >> 16, pair[0] & 0xFFFF, pair[1] >> 16,
-                                    pair[1] & 0xFFFF});
+      return nlohmann::ordered_json::array(
+          {pair[0] >> 16, pair[0] & 0xFFFF, pair[1] >> 16, pair[1] & 0xFFFF});
     }
     default:
       return qv::GetUnsigned(record, m.offset, m.type);
@@ -48,8 +48,8 @@ bool SetMember(const qv::MemberSpec& m, const nlohmann::ordered_json& value, voi
       if (!value.is_string()) break;
       std::string text = value.get<std::string>();
       if (text.size() >= m.size) {
-        *error = std::string(m.name) + " is longer than " + std::to_string(m.size - 1) +
-                 " characters";
+        *error =
+            std::string(m.name) + " is longer than " + std::to_string(m.size - 1) + " characters";
         return false;
       }
       memcpy(at, text.c_str(), text.size() + 1);
@@ -93,8 +93,8 @@ nlohmann::ordered_json RecordToJson(const qv::KindSchema& schema, const void* re
   return object;
 }
 
-bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& object, void* record,
-                    std::string* error) {
+bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& object,
+                    void* record, std::string* error) {
   if (!object.is_object()) {
     *error = "a record must be a JSON object";
     return false;
@@ -109,6 +109,14 @@ bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& 
       return false;
     }
     if (!SetMember(*member, it.value(), record, error)) return false;
+    // The record flags become the options of the line's first field: any bit
+    // but the inactive marker would break the line.
+    if (!member->in_row && member->offset == schema.record_flags_offset &&
+        (qv::RecordFlagsOf(schema, static_cast<const void*>(record)) & ~RECORD_IAO) != 0) {
+      *error =
+          std::string(member->name) + " takes 0 or " + std::to_string(RECORD_IAO) + " (inactive)";
+      return false;
+    }
   }
   return true;
 }

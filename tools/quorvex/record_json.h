@@ -15,8 +15,8 @@ namespace qvtool {
 nlohmann::ordered_json RecordToJson(const qv::KindSchema& schema, const void* record);
 // Fills a new record from an object; members not given stay empty. False,
 // with a reason, for unknown members or values of the wrong type or size.
-bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& object, void* record,
-                    std::string* error);
+bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& object,
+                    void* record, std::string* error);
 void PrintRecordTable(const qv::KindSchema& schema, const std::vector<const void*>& records,
                       std::ostream& out);
 

@@ -15,6 +15,7 @@ struct HostSettings {
   bool interactive = false;
 };
 HostSettings g_settings;
+int g_errors = 0;
 
 bool AskTerminal(const std::string& question) {
   std::cerr << question << " [y/n] " << std::flush;
@@ -27,6 +28,7 @@ constexpr char kNextBoxQuestion[] = "\nDo you want to see a Message Box for the 
 
 int MessageBox(void*, const char* text, const char* caption, int kind) {
   if (kind == QV_BOX_ERROR) {
+    ++g_errors;
     std::string shown = text;
     size_t at = shown.rfind(kNextBoxQuestion);
     if (at != std::string::npos) shown.erase(at);
@@ -55,6 +57,10 @@ int Dialog(void*, QuorvexOpenProfileRequest* request) {
 }
 
 }  // namespace
+
+int ReportedErrorCount() {
+  return g_errors;
+}
 
 void InstallToolHost(const GlobalOptions& options) {
   g_settings.answer = options.yes ? 1 : options.no ? 0 : -1;

@@ -8,6 +8,8 @@
 namespace qvtool {
 
 void InstallToolHost(const GlobalOptions& options);
+// How many errors the engine has reported since the host was installed.
+int ReportedErrorCount();
 
 }  // namespace qvtool
 

@@ -1,0 +1,164 @@
+// The cost of one MPPutAD as the Ads file grows: every put reads the file
+// for change and rewrites it whole through a temporary file, so time and
+// bytes moved grow with the number of records.
+//
+// Each size gets its own Master Profile (made by QvInitMasterProfile in a
+// temporary folder, opened locked without version control). A put replaces
+// a record found by its name, so the file keeps its size from one put to the
+// next. Counters per put: the file's size, and the bytes and system calls
+// with which the process read and wrote (from /proc/self/io where it
+// exists; else the bytes are estimated as the file's size read twice - once
+// to list, once to copy - and written once).
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "quorvex/quorvex.h"
+
+namespace {
+
+class AdsProfile {
+ public:
+  explicit AdsProfile(int records) {
+    const char* base = getenv("TMPDIR");
+    std::string pattern =
+        std::string(base != nullptr && *base ? base : "/tmp") + "/qvadbench.XXXXXX";
+    if (mkdtemp(pattern.data()) == nullptr) {
+      perror("mkdtemp");
+      exit(1);
+    }
+    folder_ = pattern;
+    profile_ = folder_ + "/MP";
+    if (QvInitMasterProfile(profile_.c_str()) != 1) {
+      fprintf(stderr, "cannot make a profile in %s\n", profile_.c_str());
+      exit(1);
+    }
+    ads_ = profile_ + "/ADS/adlist.ad";
+    std::ofstream out(ads_, std::ios::binary | std::ios::app);
+    for (int id = 1; id <= records; ++id) {
+      out << (id % 50 == 0 ? ";IAO;" : "") << id << "," << id % 7 << "," << id % 1000
+          << ",\"Banner " << id << "\",\"Top\"," << (id % 2 ? "Y" : "N") << ",N,Y,\"Ad number "
+          << id << "\"\r\n";
+    }
+    out << "\n[Notes]\n; outside the Ads section\n";
+  }
+  ~AdsProfile() {
+    std::error_code ec;
+    std::filesystem::remove_all(folder_, ec);
+  }
+
+  bool Open() const {
+    char path[QV_PATH_SIZE];
+    snprintf(path, sizeof path, "%s", profile_.c_str());
+    uint32_t flags = OPEN_MASTER | OPEN_LOCK | OPEN_NO_VCS;
+    return OpenMasterProfile(path, &flags, "") == 1;
+  }
+  uint64_t FileSize() const {
+    std::error_code ec;
+    return std::filesystem::file_size(ads_, ec);
+  }
+  const std::string& folder() const { return folder_; }
+
+ private:
+  std::string folder_;
+  std::string profile_;
+  std::string ads_;
+};
+
+// One profile per size, kept for the whole run; the engine's last-profile
+// entry goes to a registry file of the run's own.
+AdsProfile& ProfileOf(int records) {
+  static std::map<int, std::unique_ptr<AdsProfile>> profiles;
+  auto& profile = profiles[records];
+  if (profile == nullptr) {
+    profile = std::make_unique<AdsProfile>(records);
+    if (getenv("QUORVEX_REGISTRY") == nullptr) {
+      setenv("QUORVEX_REGISTRY", (profile->folder() + "/registry.reg").c_str(), 1);
+    }
+  }
+  return *profile;
+}
+
+// What the process has read and written so far: bytes and system calls.
+struct ProcessIo {
+  uint64_t read_bytes = 0;
+  uint64_t written_bytes = 0;
+  uint64_t read_calls = 0;
+  uint64_t write_calls = 0;
+
+  // False without /proc/self/io.
+  bool Sample() {
+    std::ifstream io("/proc/self/io");
+    if (!io) return false;
+    std::map<std::string, uint64_t> values;
+    std::string key;
+    uint64_t value = 0;
+    while (io >> key >> value) values[key] = value;
+    if (values.count("rchar:") == 0 || values.count("wchar:") == 0) return false;
+    read_bytes = values["rchar:"];
+    written_bytes = values["wchar:"];
+    read_calls = values["syscr:"];
+    write_calls = values["syscw:"];
+    return true;
+  }
+};
+
+void BM_PutAD(benchmark::State& state) {
+  const int records = static_cast<int>(state.range(0));
+  AdsProfile& profile = ProfileOf(records);
+  if (!profile.Open()) {
+    state.SkipWithError("cannot open the profile");
+    return;
+  }
+  ADRecord* record = nullptr;
+  MPNewAD(&record);
+  // The middle record, found by its name in another case.
+  snprintf(record->name, sizeof record->name, "AD NUMBER %d", records / 2 + 1);
+  snprintf(record->row.text1, sizeof record->row.text1, "Replaced");
+  record->row.flags = AD_NETWORK;
+
+  ProcessIo before;
+  bool measured = before.Sample();
+  int failed = 0;
+  for (auto _ : state) {
+    record->row.id = 0;
+    record->row.number2 = static_cast<uint16_t>(state.iterations());
+    if (MPPutAD(record) != 1) ++failed;
+  }
+  ProcessIo after;
+  measured = measured && after.Sample();
+  MPFreeAD(record);
+  CloseMasterProfile();
+  if (failed != 0) state.SkipWithError("a put failed");
+
+  const double size = static_cast<double>(profile.FileSize());
+  const auto per_put = benchmark::Counter::kAvgIterations;
+  state.counters["records"] = records;
+  state.counters["file_bytes"] = size;
+  if (measured) {
+    auto counter = [&](uint64_t from, uint64_t to) {
+      return benchmark::Counter(static_cast<double>(to - from), per_put);
+    };
+    state.counters["read_bytes"] = counter(before.read_bytes, after.read_bytes);
+    state.counters["written_bytes"] = counter(before.written_bytes, after.written_bytes);
+    state.counters["read_calls"] = counter(before.read_calls, after.read_calls);
+    state.counters["write_calls"] = counter(before.write_calls, after.write_calls);
+  } else {
+    state.counters["read_bytes"] = 2 * size;
+    state.counters["written_bytes"] = size;
+  }
+  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * size));
+}
+
+BENCHMARK(BM_PutAD)->Arg(10)->Arg(1000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();

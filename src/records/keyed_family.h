@@ -1,0 +1,269 @@
+// The operations of a family whose records are known by text keys (a name,
+// or a name and a version) rather than by an id: locations and icon
+// locations. The protocol is the one every family follows (read the whole
+// section, change the list, rewrite the section); Traits says what the key
+// is, which texts the family shows and what follows a change.
+//
+// Traits provides:
+//   using Record;                       the record, with row, recordFlags, lineNumber
+//   struct Key;                         the key as texts
+//   static constexpr auto kFree;        the family's record free
+//   static const KindSchema& Schema();
+//   static Key KeyOf(const Record&);
+//   static bool IsEmpty(const Key&);    an empty key finds the next record
+//   static bool Matches(const Record&, const Key&);
+//   static void KeepIdentity(Record* copy, const Record& stored);
+//   static void FillKey(Record* record, const Key&);
+//   static std::vector<const char*> OrvikKeyMembers(const Key&);
+//   static void AfterTextWrite(RecordList* written);
+//   static void AfterOrvikChange();
+//   static constexpr const char* kInsertIn, kInsertInto, kDeleteFailed, kNotForOrvik;
+#ifndef QUORVEX_RECORDS_KEYED_FAMILY_H_
+#define QUORVEX_RECORDS_KEYED_FAMILY_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "quorvex/report.h"
+#include "records/family_io.h"
+#include "records/orvik_rows.h"
+#include "records/record_codec.h"
+#include "records/record_list.h"
+
+namespace qv {
+
+template <class Traits>
+class KeyedFamily {
+ public:
+  using Record = typename Traits::Record;
+  using Key = typename Traits::Key;
+  using List = ListOps<Record, Traits::kFree>;
+
+  static Record* New() { return static_cast<Record*>(NewRecord(Traits::Schema())); }
+
+  static int ReadAll(RecordList** list_out, uint32_t mode) {
+    if (!RequireOpenProfile()) return 0;
+    return ReadKindList(Traits::Schema(), Owner{}, mode, list_out) ? 1 : 0;
+  }
+
+  // The cursor search: from the list's cursor to the next record with the
+  // key (any record when the key is empty); 0 and a null record at the end.
+  static int Find(const Key& key, RecordList* list, Record** record_out) {
+    *record_out = nullptr;
+    if (list == nullptr) return 0;
+    for (;;) {
+      Record* record = List::Next(list);
+      *record_out = record;
+      if (record == nullptr) return 0;
+      if (Traits::IsEmpty(key) || Traits::Matches(*record, key)) return 1;
+    }
+  }
+
+  static int Copy(Record** record_in_out, const Record* source, int mode, RecordList* list) {
+    Record* stored = *record_in_out;
+    Record* copy = New();
+    if (copy == nullptr) return 0;
+    *copy = *source;
+    if (mode == 1 && stored != nullptr) {
+      // The stored record keeps its identity: its key and where it was read.
+      Traits::KeepIdentity(copy, *stored);
+      copy->lineNumber = stored->lineNumber;
+    }
+    *record_in_out = copy;
+    if (stored != nullptr && list != nullptr) List::ReplaceRecord(list, stored, copy);
+    return 1;
+  }
+
+  static int Write(RecordList* list) {
+    if (!RequireLockedProfile()) return 0;
+    if (IsOrvikProfile()) {
+      ReportError(Traits::kNotForOrvik, 0);
+      return 0;
+    }
+    if (!WriteKindSection(Traits::Schema(), Owner{}, list)) return 0;
+    Traits::AfterTextWrite(list);
+    return 1;
+  }
+
+  static int Get(const Key& key, Record** record_out) {
+    *record_out = nullptr;
+    // Single records are served from the text store only.
+    if (IsOrvikProfile()) return 0;
+    RecordList* list = nullptr;
+    if (!ReadAll(&list, MODE_READ)) {
+      List::Free(list);
+      return 0;
+    }
+    Record* found = nullptr;
+    int result = 0;
+    list->current = nullptr;
+    if (!Traits::IsEmpty(key) && Find(key, list, &found)) {
+      result = Copy(record_out, found, 0, nullptr);
+    }
+    List::Free(list);
+    return result;
+  }
+
+  // *written (when given) tells whether the file was rewritten, which the
+  // result does not.
+  static int Put(Record* record, bool* written = nullptr) {
+    if (written != nullptr) *written = false;
+    if (!RequireLockedProfile()) return 0;
+    if (IsOrvikProfile()) {
+      if (!InsertRow(*record)) {
+        ReportError(Traits::kInsertInto, 0);
+        return 0;
+      }
+      Traits::AfterOrvikChange();
+      if (written != nullptr) *written = true;
+      return 1;
+    }
+    RecordList* list = nullptr;
+    if (!ReadAll(&list, MODE_UPDATE)) {
+      List::Free(list);
+      return 0;
+    }
+    list->current = nullptr;
+    Record* found = FindStored(Traits::KeyOf(*record), list, false);
+    if (found != nullptr) {
+      ReplaceStored(list, found, record);
+    } else {
+      AppendCopy(list, record);
+    }
+    list->current = nullptr;
+    // The put has happened in memory; a failed rewrite was reported, and
+    // the caller is told 1 as every family's put does.
+    bool rewritten = Write(list) == 1;
+    if (written != nullptr) *written = rewritten;
+    List::Free(list);
+    return 1;
+  }
+
+  static int PutCompleteList(RecordList* list) {
+    // Deliberately no early return in the text store: the rewrite below
+    // reports the missing lock again.
+    bool locked = RequireLockedProfile();
+    if (IsOrvikProfile()) return locked ? InsertAll(list) : 0;
+    RecordList* stored = nullptr;
+    if (!ReadAll(&stored, MODE_UPDATE)) {
+      List::Free(stored);
+      return 0;
+    }
+    stored->current = nullptr;
+    List::ForEach(list, [&](Record* record) {
+      // The search goes on from the previous match, then once from the start.
+      Record* found = FindStored(Traits::KeyOf(*record), stored, true);
+      if (found != nullptr) {
+        ReplaceStored(stored, found, record);
+      } else {
+        AppendCopy(stored, record);
+      }
+    });
+    stored->current = nullptr;
+    Write(stored);
+    List::Free(stored);
+    return 1;
+  }
+
+  static int Delete(const Key& key) {
+    if (!RequireLockedProfile()) return 0;
+    if (IsOrvikProfile()) {
+      Record* scratch = New();
+      if (scratch == nullptr) return 0;
+      Traits::FillKey(scratch, key);
+      bool deleted = DeleteOrvikRows(Traits::Schema(), scratch, Traits::OrvikKeyMembers(key));
+      Traits::kFree(scratch);
+      if (!deleted) {
+        ReportError(Traits::kDeleteFailed, 0);
+        return 0;
+      }
+      Traits::AfterOrvikChange();
+      return 1;
+    }
+    if (Traits::IsEmpty(key)) return 0;
+    RecordList* list = nullptr;
+    if (!ReadAll(&list, MODE_READ)) {
+      List::Free(list);
+      return 0;
+    }
+    Record* found = nullptr;
+    list->current = nullptr;
+    bool present = Find(key, list, &found) == 1;
+    List::Free(list);
+    if (!present) return 0;
+    list = nullptr;
+    if (!ReadAll(&list, MODE_UPDATE)) {
+      List::Free(list);
+      return 0;
+    }
+    list->current = nullptr;
+    while (Find(key, list, &found)) {
+      UnlinkRecord(list, found);
+      Traits::kFree(found);
+    }
+    Write(list);
+    List::Free(list);
+    return 1;
+  }
+
+  // A copy of the stored record with the record's key, or nullptr.
+  static Record* StoredCopy(const Record& record) {
+    RecordList* list = nullptr;
+    Record* copy = nullptr;
+    if (ReadAll(&list, MODE_READ)) {
+      list->current = nullptr;
+      Record* found = FindStored(Traits::KeyOf(record), list, false);
+      if (found != nullptr) Copy(&copy, found, 0, nullptr);
+    }
+    List::Free(list);
+    return copy;
+  }
+
+ private:
+  // The stored record a put replaces. A record without a key replaces
+  // nothing: it is added.
+  static Record* FindStored(const Key& key, RecordList* list, bool retry_from_start) {
+    if (Traits::IsEmpty(key)) return nullptr;
+    Record* found = nullptr;
+    if (Find(key, list, &found)) return found;
+    if (!retry_from_start) return nullptr;
+    list->current = nullptr;
+    Find(key, list, &found);
+    return found;
+  }
+
+  static void ReplaceStored(RecordList* list, Record* stored, const Record* source) {
+    Record* record = stored;
+    Copy(&record, source, 1, list);
+  }
+
+  static void AppendCopy(RecordList* list, const Record* source) {
+    Record* record = nullptr;
+    if (Copy(&record, source, 0, nullptr)) List::Append(list, record);
+  }
+
+  // A put replaces: rows with the same key go before the new row is added.
+  static bool InsertRow(const Record& record) {
+    Key key = Traits::KeyOf(record);
+    DeleteOrvikRows(Traits::Schema(), &record, Traits::OrvikKeyMembers(key));
+    if (InsertOrvikRow(Traits::Schema(), &record)) return true;
+    ReportError(Traits::kInsertIn, 0);
+    return false;
+  }
+
+  static int InsertAll(RecordList* list) {
+    bool all = true;
+    List::ForEach(list, [&](Record* record) {
+      if (InsertRow(*record)) return true;
+      ReportError(Traits::kInsertInto, 0);
+      all = false;
+      return false;
+    });
+    Traits::AfterOrvikChange();
+    return all ? 1 : 0;
+  }
+};
+
+}  // namespace qv
+
+#endif  // QUORVEX_RECORDS_KEYED_FAMILY_H_

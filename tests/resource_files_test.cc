@@ -1,0 +1,389 @@
+// The open resource files: texts changed one at a time are held per
+// language and written back when the profile closes; a missing resource
+// file is created on request and added to version control.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/state.h"
+#include "quorvex/quorvex.h"
+#include "records/language_file.h"
+#include "support/fake_ss.h"
+#include "support/scripted_host.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using qvtest::ReadFileBytes;
+using qvtest::WriteFileBytes;
+
+constexpr char kHeader[] = "\n[SourceSafe]\n$Header$\n\n[Resources]\n";
+constexpr char kCreateResourceFile[] = "Do you want to Create Resource File for this language?";
+constexpr char kWriteOver[] =
+    "File %s cannot be written over, you may not have it checked out, and/or the attributes of "
+    "the file may be set to Read-Only.";
+
+constexpr char kHead[] =
+    "\n"
+    "[SourceSafe]\n"
+    "$Header: /Profile/RES_US/pelhamUS.re 2 $\n"
+    "\n"
+    "[Resources]\n";
+constexpr char kWelcome[] = "\"IDS_WELCOME\",\"Welcome.\",1,\r\n";
+constexpr char kExit[] = ";IAO;\"IDS_EXIT\",\"Exit?\",2,\"asked on cancel\"\r\n";
+constexpr char kTail[] =
+    "[Notes]\n"
+    "\"kept\"\n";
+
+struct ListFree {
+  void operator()(ResourceList* list) const { MPFreeResourceList(list); }
+};
+using ListPtr = std::unique_ptr<ResourceList, ListFree>;
+struct RecordFree {
+  void operator()(ResourceRecord* record) const { MPFreeResource(record); }
+};
+using RecordPtr = std::unique_ptr<ResourceRecord, RecordFree>;
+
+RecordPtr NewText(const char* language, const char* name, const char* text, int32_t number = 0) {
+  ResourceRecord* record = nullptr;
+  EXPECT_EQ(MPNewResource(&record), 1);
+  snprintf(record->LanguageCode, sizeof record->LanguageCode, "%s", language);
+  snprintf(record->ResourceName, sizeof record->ResourceName, "%s", name);
+  snprintf(record->Text, sizeof record->Text, "%s", text);
+  record->ResourceNumber = number;
+  return RecordPtr(record);
+}
+
+std::vector<std::string> Names(const ResourceList* list) {
+  std::vector<std::string> names;
+  if (list == nullptr || list->head == nullptr) return names;
+  RecordNode* node = list->head;
+  do {
+    names.push_back(static_cast<ResourceRecord*>(node->record)->ResourceName);
+    node = node->next;
+  } while (node != list->head);
+  return names;
+}
+
+struct Listed {
+  std::string owner;
+  std::string kind;
+  uint32_t status;
+};
+
+// The global list's entries of one owner.
+std::vector<Listed> ListedFor(const std::string& owner) {
+  std::vector<Listed> out;
+  RecordList* list = QvGlobalFileList();
+  if (list == nullptr || list->head == nullptr) return out;
+  RecordNode* node = list->head;
+  do {
+    auto* e = static_cast<ProfileFileEntry*>(node->record);
+    if (owner == e->ownerName) out.push_back({e->ownerName, e->kind, e->status});
+    node = node->next;
+  } while (node != list->head);
+  return out;
+}
+
+bool IsReadOnly(const std::string& path) {
+  struct stat st;
+  return stat(path.c_str(), &st) == 0 && (st.st_mode & 0222) == 0;
+}
+
+void MakeReadOnly(const std::string& path) {
+  std::filesystem::permissions(path,
+                               std::filesystem::perms::owner_write |
+                                   std::filesystem::perms::group_write |
+                                   std::filesystem::perms::others_write,
+                               std::filesystem::perm_options::remove);
+}
+
+class ResourceFilesTest : public ::testing::Test {
+ protected:
+  ResourceFilesTest() {
+    profile_ = host_.scratch().Join("MP");
+    EXPECT_EQ(QvInitMasterProfile(profile_.c_str()), 1);
+  }
+
+  int Open(uint32_t flags, const std::string& log = "") {
+    char path[QV_PATH_SIZE];
+    snprintf(path, sizeof path, "%s", profile_.c_str());
+    uint32_t in_out = flags;
+    return OpenMasterProfile(path, &in_out, log.c_str());
+  }
+  void OpenLocked() { ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK), 1); }
+
+  std::string FileOf(const std::string& language) const {
+    return profile_ + "/RES_US/pelham" + language + ".re";
+  }
+  std::string CreatedFileOf(const std::string& language) const {
+    return profile_ + "/RES_US/PELHAM" + language + ".RE";
+  }
+  std::string EnginePath(const std::string& language) const {
+    return profile_ + "\\RES_US\\pelham" + language + ".re";
+  }
+  std::string Texts(const std::string& language) const { return ReadFileBytes(FileOf(language)); }
+
+  std::vector<std::string> Questions() const {
+    std::vector<std::string> questions;
+    for (const qvtest::ShownBox& box : host_.boxes()) {
+      if (box.kind == QV_BOX_QUESTION) {
+        EXPECT_EQ(box.caption, "Question from QUORVEX:");
+        questions.push_back(box.text);
+      }
+    }
+    return questions;
+  }
+
+  std::vector<std::string> Errors() const { return host_.errors(); }
+
+  qvtest::ScriptedHost host_;
+  std::string profile_;
+};
+
+// ---------------------------------------------------------------- closing
+
+TEST_F(ResourceFilesTest, ClosingWritesBackAChangedLanguageWithEveryOtherByteKept) {
+  WriteFileBytes(FileOf("US"), std::string(kHead) + kWelcome + kExit + kTail);
+  OpenLocked();
+  RecordPtr text = NewText("US", "IDS_DONE", "Done \"now\".", 3);
+  ASSERT_EQ(MPPutResource(text.get()), 1);
+  // Held, not yet written.
+  EXPECT_EQ(Texts("US"), std::string(kHead) + kWelcome + kExit + kTail);
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_EQ(Texts("US"), std::string(kHead) + kWelcome + kExit +
+                             "\"IDS_DONE\",\"Done ^\"now^\".\",3,\r\n" + kTail);
+  EXPECT_EQ(qv::State().resource_files, nullptr);
+  EXPECT_EQ(host_.closing_notices().empty(), false);
+  EXPECT_TRUE(Errors().empty());
+}
+
+TEST_F(ResourceFilesTest, EveryChangedLanguageIsWrittenAndUnchangedOnesAreNot) {
+  WriteFileBytes(FileOf("US"), std::string(kHeader) + kWelcome);
+  WriteFileBytes(FileOf("DE"), std::string(kHeader) + kWelcome);
+  // Not in the written form: rewriting it would show.
+  const std::string french = std::string(kHeader) + "  \"IDS_WELCOME\" , \"Bienvenue.\" , 1\n";
+  WriteFileBytes(FileOf("FR"), french);
+  OpenLocked();
+  RecordPtr us = NewText("US", "IDS_A", "a", 1);
+  RecordPtr de = NewText("DE", "IDS_B", "b", 2);
+  ASSERT_EQ(MPPutResource(us.get()), 1);
+  ASSERT_EQ(MPPutResource(de.get()), 1);
+  EXPECT_EQ(MPDeleteResource("FR", "IDS_NONE"), 0);  // loaded, unchanged
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_EQ(Texts("US"), std::string(kHeader) + kWelcome + "\"IDS_A\",\"a\",1,\r\n");
+  EXPECT_EQ(Texts("DE"), std::string(kHeader) + kWelcome + "\"IDS_B\",\"b\",2,\r\n");
+  EXPECT_EQ(Texts("FR"), french);
+}
+
+TEST_F(ResourceFilesTest, ALanguageIsLoadedOnceAndItsChangesAreWhatReadsSee) {
+  WriteFileBytes(FileOf("US"), std::string(kHeader) + kWelcome);
+  OpenLocked();
+  RecordPtr a = NewText("US", "IDS_A", "a");
+  ASSERT_EQ(MPPutResource(a.get()), 1);
+  ASSERT_EQ(MPDeleteResource("US", "IDS_WELCOME"), 1);
+  // Changed behind the engine's back: the held list does not see it.
+  WriteFileBytes(FileOf("US"), std::string(kHeader) + kWelcome + "\"IDS_OUTSIDE\",\"x\"\r\n");
+  ResourceList* list = nullptr;
+  ASSERT_EQ(MPGetResourceCompleteList("US", &list), 1);
+  ListPtr holder(list);
+  EXPECT_EQ(Names(list), std::vector<std::string>{"IDS_A"});
+  ResourceRecord* found = nullptr;
+  EXPECT_EQ(MPGetResource("US", "IDS_WELCOME", &found), 0);
+  ASSERT_EQ(MPGetResource("US", "IDS_A", &found), 1);
+  MPFreeResource(found);
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_EQ(Texts("US"), std::string(kHeader) + "\"IDS_A\",\"a\",,\r\n");
+}
+
+TEST_F(ResourceFilesTest, ACompleteListPutWritesTheHeldChangesAtOnce) {
+  WriteFileBytes(FileOf("US"), std::string(kHeader) + kWelcome);
+  OpenLocked();
+  RecordPtr a = NewText("US", "IDS_A", "a", 1);
+  ASSERT_EQ(MPPutResource(a.get()), 1);
+  ResourceList* list = nullptr;
+  MPNewResourceList(&list);
+  ListPtr holder(list);
+  MPAppendResource(list, NewText("US", "IDS_B", "b", 2).release());
+  ASSERT_EQ(MPPutResourceCompleteList(list), 1);
+  const std::string written =
+      std::string(kHeader) + kWelcome + "\"IDS_A\",\"a\",1,\r\n\"IDS_B\",\"b\",2,\r\n";
+  EXPECT_EQ(Texts("US"), written);
+  // Nothing is left to write: a read-only file is not touched at close.
+  MakeReadOnly(FileOf("US"));
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_EQ(Texts("US"), written);
+  EXPECT_TRUE(Errors().empty());
+}
+
+TEST_F(ResourceFilesTest, ClosingAProfileThatIsNotLockedWritesNothing) {
+  const std::string bytes = std::string(kHeader) + kWelcome;
+  WriteFileBytes(FileOf("US"), bytes);
+  ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS), 1);
+  ResourceRecord* found = nullptr;
+  ASSERT_EQ(MPGetResource("US", "IDS_WELCOME", &found), 1);
+  MPFreeResource(found);
+  EXPECT_EQ(qv::State().resource_files, nullptr);  // reads hold nothing
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_EQ(Texts("US"), bytes);
+  EXPECT_TRUE(host_.closing_notices().empty());
+}
+
+// ---------------------------------------------------------------- creating a file
+
+TEST_F(ResourceFilesTest, AMissingFileIsCreatedWhenTheAnswerIsYes) {
+  OpenLocked();
+  host_.AnswerBoxes({true, true});  // see the next box; create
+  RecordPtr text = NewText("DE", "IDS_A", "Hallo", 1);
+  ASSERT_EQ(MPPutResource(text.get()), 1);
+  EXPECT_EQ(Errors(), std::vector<std::string>{EnginePath("DE") + " cannot be found or opened!"});
+  EXPECT_EQ(Questions(), std::vector<std::string>{kCreateResourceFile});
+  EXPECT_EQ(ReadFileBytes(CreatedFileOf("DE")), kHeader);
+  // Entered as "RE" and new; the catalogue's own lookup lists it as "RES".
+  std::vector<Listed> listed = ListedFor("DE");
+  ASSERT_FALSE(listed.empty());
+  EXPECT_EQ(listed[0].kind, "RE");
+  EXPECT_EQ(listed[0].status, FS_CHECKED_OUT | qv::kFileNewToVcs);
+  EXPECT_EQ(listed.back().kind, "RES");
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_EQ(ReadFileBytes(CreatedFileOf("DE")),
+            std::string(kHeader) + "\"IDS_A\",\"Hallo\",1,\r\n");
+  EXPECT_EQ(Questions().size(), 1u);
+}
+
+TEST_F(ResourceFilesTest, AnsweringNoChangesNothing) {
+  OpenLocked();
+  host_.AnswerBoxes({true, false});
+  RecordPtr text = NewText("DE", "", "Hallo");
+  EXPECT_EQ(MPPutResource(text.get()), 0);
+  EXPECT_STREQ(text->ResourceName, "");  // no name was drawn
+  ResourceList* list = nullptr;
+  MPNewResourceList(&list);
+  ListPtr holder(list);
+  MPAppendResource(list, NewText("DE", "", "Welt").release());
+  host_.AnswerBoxes({true, false});
+  EXPECT_EQ(MPPutResourceCompleteList(list), 0);
+  EXPECT_EQ(Names(list), std::vector<std::string>{""});
+  EXPECT_EQ(Questions(), (std::vector<std::string>{kCreateResourceFile, kCreateResourceFile}));
+  EXPECT_FALSE(qvtest::PathExists(CreatedFileOf("DE")));
+  EXPECT_TRUE(ListedFor("DE").empty());
+  EXPECT_EQ(qv::State().resource_counter, 0u);
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_FALSE(qvtest::PathExists(CreatedFileOf("DE")));
+}
+
+TEST_F(ResourceFilesTest, ASilentProfileAsksNothingAndFails) {
+  std::string log = host_.scratch().Join("quorvex.log");
+  ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK | OPEN_SILENT, log), 1);
+  RecordPtr text = NewText("DE", "IDS_A", "Hallo");
+  EXPECT_EQ(MPPutResource(text.get()), 0);
+  EXPECT_TRUE(host_.boxes().empty());
+  EXPECT_FALSE(qvtest::PathExists(CreatedFileOf("DE")));
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  std::string logged = ReadFileBytes(log);
+  EXPECT_NE(logged.find(EnginePath("DE") + " cannot be found or opened!"), std::string::npos);
+  EXPECT_EQ(logged.find(kCreateResourceFile), std::string::npos);
+}
+
+TEST_F(ResourceFilesTest, AnExistingFileThatCannotBeCreatedAnewIsReported) {
+  OpenLocked();
+  // A folder in the new file's place: the catalogue passes it over and
+  // creation fails.
+  qvtest::MakeDirs(CreatedFileOf("DE"));
+  host_.AnswerBoxes({true, true, true});
+  RecordPtr text = NewText("DE", "IDS_A", "Hallo");
+  EXPECT_EQ(MPPutResource(text.get()), 0);
+  EXPECT_EQ(Errors(), (std::vector<std::string>{
+                          EnginePath("DE") + " cannot be found or opened!",
+                          "You have requested to create a resource file that you cannot, contact "
+                          "vendor."}));
+}
+
+// ---------------------------------------------------------------- version control
+
+class ResourceFilesVcsTest : public ResourceFilesTest {
+ protected:
+  void OpenLockedWithVcs() {
+    WriteLastProfile(profile_.c_str(), OPEN_MASTER, "Proj");
+    ASSERT_EQ(Open(OPEN_MASTER | OPEN_LOCK), 1);
+    ASSERT_STREQ(QvOpenProfileProject(), "Proj");
+    ss_.ClearCalls();
+  }
+  qvtest::FakeSs ss_;
+};
+
+TEST_F(ResourceFilesVcsTest, ANewFileIsAddedWithInitialRevisionAfterItsFirstWrite) {
+  OpenLockedWithVcs();
+  // Adding checks the file in: it is read-only afterwards.
+  ss_.AnswerSettingReadOnly("add", 0, CreatedFileOf("DE"), true);
+  ss_.AnswerSettingReadOnly("checkout", 0, CreatedFileOf("DE"), false);
+  host_.AnswerBoxes({true, true});
+  ResourceList* list = nullptr;
+  MPNewResourceList(&list);
+  ListPtr holder(list);
+  MPAppendResource(list, NewText("DE", "IDS_A", "Hallo", 1).release());
+  ASSERT_EQ(MPPutResourceCompleteList(list), 1);
+  EXPECT_EQ(ReadFileBytes(CreatedFileOf("DE")),
+            std::string(kHeader) + "\"IDS_A\",\"Hallo\",1,\r\n");
+  EXPECT_EQ(ss_.CommandLines(),
+            (std::vector<std::string>{"ss cp \\Proj\\RES_US",
+                                      "ss add PELHAMDE.RE -c\"Initial Revision.\""}));
+  EXPECT_TRUE(IsReadOnly(CreatedFileOf("DE")));
+  // Its new state: under version control, not checked out.
+  EXPECT_EQ(ListedFor("DE")[0].status, 0u);
+
+  // The next change checks it out first and is not added again.
+  ss_.ClearCalls();
+  ResourceList* more = nullptr;
+  MPNewResourceList(&more);
+  ListPtr more_holder(more);
+  MPAppendResource(more, NewText("DE", "IDS_B", "Welt", 2).release());
+  ASSERT_EQ(MPPutResourceCompleteList(more), 1);
+  EXPECT_EQ(ss_.CommandLines(),
+            (std::vector<std::string>{"ss cp \\Proj\\RES_US", "ss checkout PELHAMDE.RE"}));
+  EXPECT_EQ(ReadFileBytes(CreatedFileOf("DE")),
+            std::string(kHeader) + "\"IDS_A\",\"Hallo\",1,\r\n\"IDS_B\",\"Welt\",2,\r\n");
+}
+
+TEST_F(ResourceFilesVcsTest, ClosingAddsAFileCreatedForASingleText) {
+  OpenLockedWithVcs();
+  host_.AnswerBoxes({true, true});
+  RecordPtr text = NewText("DE", "", "Hallo");
+  ASSERT_EQ(MPPutResource(text.get()), 1);
+  EXPECT_TRUE(ss_.CommandLines().empty());
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  // Resource files are written back first; what closing does next is not
+  // theirs.
+  std::vector<std::string> lines = ss_.CommandLines();
+  ASSERT_GE(lines.size(), 2u);
+  lines.resize(2);
+  EXPECT_EQ(lines, (std::vector<std::string>{"ss cp \\Proj\\RES_US",
+                                             "ss add PELHAMDE.RE -c\"Initial Revision.\""}));
+  EXPECT_EQ(ReadFileBytes(CreatedFileOf("DE")),
+            std::string(kHeader) + "\"" + text->ResourceName + "\",\"Hallo\",,\r\n");
+}
+
+TEST_F(ResourceFilesVcsTest, AFailedWriteBackIsReportedAndTheTableStillGoes) {
+  WriteFileBytes(FileOf("US"), std::string(kHeader) + kWelcome);
+  MakeReadOnly(FileOf("US"));
+  OpenLockedWithVcs();
+  // The client checks the file out but leaves it read-only.
+  ss_.AnswerSettingReadOnly("checkout", 0, FileOf("US"), true);
+  RecordPtr text = NewText("US", "IDS_A", "a", 1);
+  ASSERT_EQ(MPPutResource(text.get()), 1);
+  EXPECT_EQ(ss_.CommandLines(),
+            (std::vector<std::string>{"ss cp \\Proj\\RES_US", "ss checkout pelhamUS.re"}));
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  char message[QV_LINE_SIZE];
+  snprintf(message, sizeof message, kWriteOver, EnginePath("US").c_str());
+  EXPECT_EQ(Errors(), std::vector<std::string>{message});
+  EXPECT_EQ(Texts("US"), std::string(kHeader) + kWelcome);
+  EXPECT_EQ(qv::State().resource_files, nullptr);
+}
+
+}  // namespace
