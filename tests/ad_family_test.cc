@@ -17,6 +17,7 @@
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
 #include "support/fake_ss.h"
+#include "support/list_view.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -66,15 +67,8 @@ std::string Rewritten(const std::string& lines) {
   return std::string(kHead) + lines + kTail;
 }
 
-struct ListDeleter {
-  void operator()(ADList* list) const { MPFreeADList(list); }
-};
-using ListPtr = std::unique_ptr<ADList, ListDeleter>;
-
-struct RecordDeleter {
-  void operator()(ADRecord* record) const { MPFreeAD(record); }
-};
-using RecordPtr = std::unique_ptr<ADRecord, RecordDeleter>;
+using ListPtr = qvtest::Owned<ADList, MPFreeADList>;
+using RecordPtr = qvtest::Owned<ADRecord, MPFreeAD>;
 
 RecordPtr NewAd(uint32_t id, const char* name, uint32_t flags = 0, uint8_t number1 = 0,
                 uint16_t number2 = 0, const char* text1 = "", const char* text2 = "",
@@ -93,14 +87,7 @@ RecordPtr NewAd(uint32_t id, const char* name, uint32_t flags = 0, uint8_t numbe
 }
 
 std::vector<ADRecord*> Records(const ADList* list) {
-  std::vector<ADRecord*> records;
-  if (list == nullptr || list->head == nullptr) return records;
-  const RecordNode* node = list->head;
-  do {
-    records.push_back(static_cast<ADRecord*>(node->record));
-    node = node->next;
-  } while (node != list->head);
-  return records;
+  return qvtest::RecordsOf<ADRecord>(list);
 }
 
 std::vector<uint32_t> Ids(const ADList* list) {

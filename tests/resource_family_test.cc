@@ -19,6 +19,7 @@
 #include "quorvex/quorvex.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
+#include "support/list_view.h"
 #include "support/run_tool.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
@@ -62,24 +63,11 @@ constexpr char kOld[] = ";IAO;\"IDS_OLD\",\"Pelham 3.0\",105,\r\n";
 constexpr char kEditor[] = "\"MP_GEN_0001_00000000041\",\"Text Editor\",,\"Module name\"\r\n";
 constexpr char kQuote[] = "\"IDS_QUOTE\",\"Say ^\"hi^\"\",7,\r\n";
 
-struct ListFree {
-  void operator()(ResourceList* list) const { MPFreeResourceList(list); }
-};
-using ListPtr = std::unique_ptr<ResourceList, ListFree>;
-struct RecordFree {
-  void operator()(ResourceRecord* record) const { MPFreeResource(record); }
-};
-using RecordPtr = std::unique_ptr<ResourceRecord, RecordFree>;
+using ListPtr = qvtest::Owned<ResourceList, MPFreeResourceList>;
+using RecordPtr = qvtest::Owned<ResourceRecord, MPFreeResource>;
 
 std::vector<ResourceRecord*> Records(const ResourceList* list) {
-  std::vector<ResourceRecord*> records;
-  if (list == nullptr || list->head == nullptr) return records;
-  RecordNode* node = list->head;
-  do {
-    records.push_back(static_cast<ResourceRecord*>(node->record));
-    node = node->next;
-  } while (node != list->head);
-  return records;
+  return qvtest::RecordsOf<ResourceRecord>(list);
 }
 
 std::vector<std::string> Names(const ResourceList* list) {

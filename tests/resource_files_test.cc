@@ -14,6 +14,7 @@
 #include "quorvex/quorvex.h"
 #include "records/language_file.h"
 #include "support/fake_ss.h"
+#include "support/list_view.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -40,14 +41,8 @@ constexpr char kTail[] =
     "[Notes]\n"
     "\"kept\"\n";
 
-struct ListFree {
-  void operator()(ResourceList* list) const { MPFreeResourceList(list); }
-};
-using ListPtr = std::unique_ptr<ResourceList, ListFree>;
-struct RecordFree {
-  void operator()(ResourceRecord* record) const { MPFreeResource(record); }
-};
-using RecordPtr = std::unique_ptr<ResourceRecord, RecordFree>;
+using ListPtr = qvtest::Owned<ResourceList, MPFreeResourceList>;
+using RecordPtr = qvtest::Owned<ResourceRecord, MPFreeResource>;
 
 RecordPtr NewText(const char* language, const char* name, const char* text, int32_t number = 0) {
   ResourceRecord* record = nullptr;

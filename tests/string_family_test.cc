@@ -12,6 +12,7 @@
 #include "quorvex/quorvex.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
+#include "support/list_view.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -45,29 +46,13 @@ constexpr char kRemove[] =
     "[Remove Strings]\r\n"
     "RemoveTitle=Removing Pelham\r\n";
 
-struct StringListFree {
-  void operator()(StringList* list) const { MPFreeStringList(list); }
-};
-using StringListPtr = std::unique_ptr<StringList, StringListFree>;
-struct RemoveListFree {
-  void operator()(RemoveStringList* list) const { MPFreeRemoveStringList(list); }
-};
-using RemoveListPtr = std::unique_ptr<RemoveStringList, RemoveListFree>;
-struct StringFree {
-  void operator()(StringRecord* record) const { MPFreeString(record); }
-};
-using StringPtr = std::unique_ptr<StringRecord, StringFree>;
+using StringListPtr = qvtest::Owned<StringList, MPFreeStringList>;
+using RemoveListPtr = qvtest::Owned<RemoveStringList, MPFreeRemoveStringList>;
+using StringPtr = qvtest::Owned<StringRecord, MPFreeString>;
 
 template <class Record>
 std::vector<Record*> Records(const RecordList* list) {
-  std::vector<Record*> records;
-  if (list == nullptr || list->head == nullptr) return records;
-  RecordNode* node = list->head;
-  do {
-    records.push_back(static_cast<Record*>(node->record));
-    node = node->next;
-  } while (node != list->head);
-  return records;
+  return qvtest::RecordsOf<Record>(list);
 }
 
 std::vector<std::string> Pairs(const RecordList* list) {

@@ -11,6 +11,7 @@
 #include "quorvex/catalogue.h"
 #include "quorvex/host.h"
 #include "quorvex/list.h"
+#include "quorvex/ordinals.h"
 #include "quorvex/locations.h"
 #include "quorvex/profile.h"
 #include "quorvex/records.h"

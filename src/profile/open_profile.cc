@@ -220,6 +220,9 @@ int OpenMasterProfile(char* path, uint32_t* flags, const char* logFile) {
   qv::OpenLog(logFile);
   s.message_box_switch = (caller_flags & OPEN_SILENT) == 0;
   qv::DrawNamePrefix();
+  // Generated resource names count per open profile; the files of this one
+  // raise the counter again as they are read.
+  s.resource_counter = 0;
   qv::SetText(path, s.profile_path);
   *flags = s.profile_flags;
   WriteLastProfile(path, *flags, s.vcs_project);
