@@ -96,18 +96,8 @@ std::vector<uint32_t> Ids(const ADList* list) {
   return ids;
 }
 
-bool IsReadOnly(const std::string& path) {
-  struct stat st;
-  return stat(path.c_str(), &st) == 0 && (st.st_mode & 0222) == 0;
-}
-
-void MakeReadOnly(const std::string& path) {
-  std::filesystem::permissions(path,
-                               std::filesystem::perms::owner_write |
-                                   std::filesystem::perms::group_write |
-                                   std::filesystem::perms::others_write,
-                               std::filesystem::perm_options::remove);
-}
+using qvtest::IsReadOnly;
+using qvtest::MakeReadOnly;
 
 class AdFamilyTest : public ::testing::Test {
  protected:

@@ -85,18 +85,8 @@ std::vector<Listed> ListedFor(const std::string& owner) {
   return out;
 }
 
-bool IsReadOnly(const std::string& path) {
-  struct stat st;
-  return stat(path.c_str(), &st) == 0 && (st.st_mode & 0222) == 0;
-}
-
-void MakeReadOnly(const std::string& path) {
-  std::filesystem::permissions(path,
-                               std::filesystem::perms::owner_write |
-                                   std::filesystem::perms::group_write |
-                                   std::filesystem::perms::others_write,
-                               std::filesystem::perm_options::remove);
-}
+using qvtest::IsReadOnly;
+using qvtest::MakeReadOnly;
 
 class ResourceFilesTest : public ::testing::Test {
  protected:

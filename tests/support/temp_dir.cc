@@ -70,4 +70,17 @@ bool PathExists(const std::string& path) {
   return fs::exists(path, ec);
 }
 
+bool IsReadOnly(const std::string& path) {
+  std::error_code ec;
+  fs::perms perms = fs::status(path, ec).permissions();
+  const fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+  return !ec && fs::exists(path, ec) && (perms & write) == fs::perms::none;
+}
+
+void MakeReadOnly(const std::string& path) {
+  std::error_code ec;
+  fs::permissions(path, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
+                  fs::perm_options::remove, ec);
+}
+
 }  // namespace qvtest

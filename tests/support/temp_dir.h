@@ -28,6 +28,10 @@ std::string ReadFileBytes(const std::string& path);
 void WriteFileBytes(const std::string& path, const std::string& content);
 void MakeDirs(const std::string& path);
 bool PathExists(const std::string& path);
+// The read-only attribute as the engine sees it: no write bit in the mode.
+bool IsReadOnly(const std::string& path);
+// Clears every write bit, as a checked-in working file has them.
+void MakeReadOnly(const std::string& path);
 
 }  // namespace qvtest
 
