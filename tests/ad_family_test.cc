@@ -2,7 +2,6 @@
 // finding, copying, putting, merging, writing and deleting Ads, and the
 // bytes the file holds after every change.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
 
 #include <cstdio>
@@ -18,6 +17,7 @@
 #include "records/orvik_rows.h"
 #include "support/fake_ss.h"
 #include "support/list_view.h"
+#include "support/profiles.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -107,12 +107,7 @@ class AdFamilyTest : public ::testing::Test {
     ads_ = profile_ + "/ADS/adlist.ad";
   }
 
-  int Open(uint32_t flags) {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", profile_.c_str());
-    uint32_t in_out = flags;
-    return OpenMasterProfile(path, &in_out, "");
-  }
+  int Open(uint32_t flags) { return qvtest::OpenProfileAt(profile_, flags); }
   void OpenLocked() { ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK), 1); }
   void OpenReadOnly() { ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS), 1); }
 
@@ -940,8 +935,6 @@ class AdOrvikTest : public AdFamilyTest {
 
   // A database file; with_table adds the table AD with two rows.
   void MakeDatabase(bool with_table) {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(database_.c_str(), &db), SQLITE_OK);
     // Opening reads the locations, so every Orvik profile has their table.
     std::string sql = qv::OrvikTableDefinition(qv::LoSchema()) + ";";
     if (with_table) {
@@ -952,15 +945,12 @@ class AdOrvikTest : public AdFamilyTest {
           "INSERT INTO \"AD\" (id, number1, number2, text1, text2, flags, rowReference) "
           "VALUES (2, 0, 0, '', 'Second', 8, 0);";
     }
-    ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(db);
+    qvtest::MakeDatabase(database_, sql);
   }
 
   void OpenOrvik(bool locked) {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", database_.c_str());
-    uint32_t flags = OPEN_ORVIK | OPEN_NO_VCS | (locked ? OPEN_LOCK : 0);
-    ASSERT_EQ(OpenMasterProfile(path, &flags, ""), 1);
+    ASSERT_EQ(qvtest::OpenProfileAt(database_, OPEN_ORVIK | OPEN_NO_VCS | (locked ? OPEN_LOCK : 0)),
+              1);
   }
 
   std::string database_;

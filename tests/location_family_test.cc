@@ -4,7 +4,6 @@
 #include "records/location_family.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <cstring>
 #include <string>
@@ -18,6 +17,7 @@
 #include "records/record_codec.h"
 #include "support/fake_ss.h"
 #include "support/location_profile.h"
+#include "support/profiles.h"
 #include "support/scripted_host.h"
 
 namespace {
@@ -629,22 +629,16 @@ class LocationOrvikTest : public LocationFamilyTest {
   std::string MakeDatabase(bool with_lo = true, bool with_il = true,
                            const std::string& extra_sql = "") {
     std::string db = host_.scratch().Join("shipping.orv");
-    sqlite3* connection = nullptr;
-    EXPECT_EQ(sqlite3_open(db.c_str(), &connection), SQLITE_OK);
     std::string sql;
     if (with_lo) sql += qv::OrvikTableDefinition(qv::LoSchema()) + ";";
     if (with_il) sql += qv::OrvikTableDefinition(qv::IlSchema()) + ";";
     sql += extra_sql;
-    EXPECT_EQ(sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
-    sqlite3_close(connection);
+    qvtest::MakeDatabase(db, sql);
     return db;
   }
 
   int OpenOrvik(const std::string& db, uint32_t extra = OPEN_LOCK) {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", db.c_str());
-    uint32_t flags = OPEN_ORVIK | OPEN_NO_VCS | extra;
-    return OpenMasterProfile(path, &flags, "");
+    return qvtest::OpenProfileAt(db, OPEN_ORVIK | OPEN_NO_VCS | extra);
   }
 };
 

@@ -12,6 +12,7 @@
 #include "platform/lock_file.h"
 #include "quorvex/quorvex.h"
 #include "support/location_profile.h"
+#include "support/profiles.h"
 #include "support/scripted_host.h"
 
 namespace {
@@ -48,11 +49,7 @@ class LocationOpenCloseTest : public ::testing::Test {
     return dir;
   }
 
-  int OpenPath(const std::string& dir, uint32_t flags) {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", dir.c_str());
-    return OpenMasterProfile(path, &flags, "");
-  }
+  int OpenPath(const std::string& dir, uint32_t flags) { return qvtest::OpenProfileAt(dir, flags); }
 
   qvtest::ScriptedHost host_;
   qvtest::LocationProfile profile_;

@@ -1,7 +1,6 @@
 // Opening, locking and closing a profile, the last-profile registry entry
 // and the Open Profile dialog.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,6 +15,7 @@
 #include "quorvex/quorvex.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
+#include "support/profiles.h"
 #include "support/scripted_host.h"
 
 namespace {
@@ -422,12 +422,8 @@ TEST_F(OpenProfileTest, StaleLockFileDoesNotBlock) {
 
 TEST_F(OpenProfileTest, OrvikDatabaseOpensAndCloses) {
   std::string db = host_.scratch().Join("shipping.orv");
-  sqlite3* connection = nullptr;
-  ASSERT_EQ(sqlite3_open(db.c_str(), &connection), SQLITE_OK);
   // An Orvik profile holds its locations in a table of its own.
-  std::string locations = qv::OrvikTableDefinition(qv::LoSchema());
-  ASSERT_EQ(sqlite3_exec(connection, locations.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-  sqlite3_close(connection);
+  qvtest::MakeDatabase(db, qv::OrvikTableDefinition(qv::LoSchema()));
   ASSERT_EQ(Open(db, OPEN_ORVIK | OPEN_NO_VCS | OPEN_LOCK), 1);
   EXPECT_EQ(IsMasterProfileOpen(OPEN_LOCK), 1);  // locked without a lock file
   EXPECT_EQ(qv::State().orvik_handles[0], 2u);
@@ -440,11 +436,7 @@ TEST_F(OpenProfileTest, OrvikDatabaseOpensAndCloses) {
 
 TEST_F(OpenProfileTest, OrvikLocationsThatCannotBeReadAreReportedEvenWhenSilent) {
   std::string db = host_.scratch().Join("empty.orv");
-  sqlite3* connection = nullptr;
-  ASSERT_EQ(sqlite3_open(db.c_str(), &connection), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(connection, "CREATE TABLE unrelated(x)", nullptr, nullptr, nullptr),
-            SQLITE_OK);
-  sqlite3_close(connection);
+  qvtest::MakeDatabase(db, "CREATE TABLE unrelated(x)");
   EXPECT_EQ(Open(db, OPEN_ORVIK | OPEN_NO_VCS | OPEN_SILENT), 0);
   ASSERT_EQ(host_.errors().size(), 2u);
   EXPECT_EQ(host_.errors()[0], "Cannot begin to Query Orvik Database for FGDs");

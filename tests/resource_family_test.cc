@@ -4,7 +4,6 @@
 #include "records/resource_family.h"
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <cstdio>
 #include <cstring>
@@ -20,6 +19,7 @@
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
 #include "support/list_view.h"
+#include "support/profiles.h"
 #include "support/run_tool.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
@@ -95,12 +95,7 @@ class ResourceFamilyTest : public ::testing::Test {
     EXPECT_EQ(QvInitMasterProfile(profile_.c_str()), 1);
   }
 
-  int Open(uint32_t flags) {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", profile_.c_str());
-    uint32_t in_out = flags;
-    return OpenMasterProfile(path, &in_out, "");
-  }
+  int Open(uint32_t flags) { return qvtest::OpenProfileAt(profile_, flags); }
   void OpenLocked() { ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK), 1); }
   void OpenReadOnly() { ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS), 1); }
 
@@ -594,8 +589,6 @@ class ResourceOrvikTest : public ResourceFamilyTest {
   ResourceOrvikTest() { database_ = host_.scratch().Join("shipping.orv"); }
 
   void MakeDatabase(bool with_table) {
-    sqlite3* db = nullptr;
-    ASSERT_EQ(sqlite3_open(database_.c_str(), &db), SQLITE_OK);
     // Opening reads the locations: their table is there, empty.
     std::string sql = qv::OrvikTableDefinition(qv::LoSchema()) + ";";
     if (with_table) {
@@ -605,15 +598,12 @@ class ResourceOrvikTest : public ResourceFamilyTest {
           "INSERT INTO \"Resources\" VALUES ('DE', 'IDS_A', 'A', 1, '');"
           "INSERT INTO \"Resources\" VALUES ('US', 'MP_GEN_0001_00000000070', 'b', 2, 'n');";
     }
-    ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(db);
+    qvtest::MakeDatabase(database_, sql);
   }
 
   void OpenOrvik(bool locked) {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", database_.c_str());
-    uint32_t flags = OPEN_ORVIK | OPEN_NO_VCS | (locked ? OPEN_LOCK : 0);
-    ASSERT_EQ(OpenMasterProfile(path, &flags, ""), 1);
+    ASSERT_EQ(qvtest::OpenProfileAt(database_, OPEN_ORVIK | OPEN_NO_VCS | (locked ? OPEN_LOCK : 0)),
+              1);
   }
 
   std::string database_;

@@ -15,6 +15,7 @@
 #include "records/language_file.h"
 #include "support/fake_ss.h"
 #include "support/list_view.h"
+#include "support/profiles.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -96,10 +97,7 @@ class ResourceFilesTest : public ::testing::Test {
   }
 
   int Open(uint32_t flags, const std::string& log = "") {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", profile_.c_str());
-    uint32_t in_out = flags;
-    return OpenMasterProfile(path, &in_out, log.c_str());
+    return qvtest::OpenProfileAt(profile_, flags, log);
   }
   void OpenLocked() { ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK), 1); }
 

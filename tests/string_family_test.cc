@@ -2,7 +2,6 @@
 // "<profile>\LANGUAGE\setup<code>.msg", read as key=value lines and written
 // back, and the creation of a missing file.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <cstdio>
 #include <memory>
@@ -13,6 +12,7 @@
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
 #include "support/list_view.h"
+#include "support/profiles.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -80,10 +80,7 @@ class StringFamilyTest : public ::testing::Test {
   }
 
   int Open(uint32_t flags, const std::string& log = "") {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", profile_.c_str());
-    uint32_t in_out = flags;
-    return OpenMasterProfile(path, &in_out, log.c_str());
+    return qvtest::OpenProfileAt(profile_, flags, log);
   }
   void OpenLocked() { ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK), 1); }
   void OpenReadOnly() { ASSERT_EQ(Open(OPEN_MASTER | OPEN_NO_VCS), 1); }
@@ -409,15 +406,8 @@ TEST_F(StringFamilyTest, ASilentProfileAsksNothingAndFails) {
 
 TEST_F(StringFamilyTest, SetupMessagesAreNotPartOfOrvik) {
   std::string database = host_.scratch().Join("shipping.orv");
-  sqlite3* db = nullptr;
-  ASSERT_EQ(sqlite3_open(database.c_str(), &db), SQLITE_OK);
-  std::string sql = qv::OrvikTableDefinition(qv::LoSchema());
-  ASSERT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-  sqlite3_close(db);
-  char path[QV_PATH_SIZE];
-  snprintf(path, sizeof path, "%s", database.c_str());
-  uint32_t flags = OPEN_ORVIK | OPEN_NO_VCS | OPEN_LOCK;
-  ASSERT_EQ(OpenMasterProfile(path, &flags, ""), 1);
+  qvtest::MakeDatabase(database, qv::OrvikTableDefinition(qv::LoSchema()));
+  ASSERT_EQ(qvtest::OpenProfileAt(database, OPEN_ORVIK | OPEN_NO_VCS | OPEN_LOCK), 1);
 
   StringList* list = nullptr;
   EXPECT_EQ(MPGetStringCompleteList("US", &list), 0);

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "support/profiles.h"
 #include "support/run_tool.h"
 #include "support/scripted_host.h"
 
@@ -76,10 +77,7 @@ TEST_F(ToolTest, VersionControlProjectIsUsed) {
 
 TEST_F(ToolTest, SecondLockedToolFailsWhileTheLockIsHeld) {
   ASSERT_EQ(RunTool({"init", profile_}).status, 0);
-  char path[QV_PATH_SIZE];
-  snprintf(path, sizeof path, "%s", profile_.c_str());
-  uint32_t flags = OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK;
-  ASSERT_EQ(OpenMasterProfile(path, &flags, ""), 1);
+  ASSERT_EQ(qvtest::OpenProfileAt(profile_, OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK), 1);
   auto info = RunTool({"-p", profile_, "--lock", "info"});
   EXPECT_EQ(info.status, 1);
   EXPECT_NE(info.err.find("Cannot open Lockfile " + profile_ + "\\QUORVEX.LOK."), std::string::npos)

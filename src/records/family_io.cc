@@ -36,26 +36,9 @@ bool ReadTextList(const KindSchema& schema, const Owner& owner, uint32_t mode,
   QvFile file = OpenKindFile(schema, owner, mode, path);
   if (file == QV_NO_FILE) return false;
   GenericList::New(list_out);
-  RecordList* list = *list_out;
-  if (FindSection(file, schema.kind->section)) {
-    char line[QV_LINE_SIZE];
-    uint32_t flags = 0;
-    while (ReadRecordLine(file, line, &flags, State().comment_mode)) {
-      void* record = NewRecord(schema);
-      SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));
-      RecordFlagsOf(schema, record) = flags;
-      if (schema.parse_line != nullptr) {
-        schema.parse_line(line, record);
-      } else {
-        ParseRecordLine(schema, line, record);
-      }
-      if (schema.set_owner != nullptr) schema.set_owner(record, owner.name, owner.key);
-      if (schema.after_read != nullptr) schema.after_read(record);
-      GenericList::Append(list, record);
-    }
-  }
+  bool read = *list_out != nullptr && ReadSectionRecords(schema, file, owner, *list_out);
   QvCloseFile(file);
-  return true;
+  return read;
 }
 
 }  // namespace
@@ -75,6 +58,27 @@ bool RequireLockedProfile() {
 // The flags of a closed profile linger in the state; only an open one counts.
 bool IsOrvikProfile() {
   return (QvOpenProfileFlags() & OPEN_ORVIK) != 0;
+}
+
+bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
+                        RecordList* list) {
+  if (!FindSection(file, schema.kind->section)) return true;
+  char line[QV_LINE_SIZE];
+  uint32_t flags = 0;
+  while (ReadRecordLine(file, line, &flags, State().comment_mode)) {
+    void* record = NewRecord(schema);
+    if (record == nullptr) return false;
+    SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));
+    RecordFlagsOf(schema, record) = flags;
+    // The owner comes before the checks, so that they can name it.
+    if (schema.set_owner != nullptr) schema.set_owner(record, owner.name, owner.key);
+    DecodeRecordLine(schema, line, record);
+    if (!GenericList::Append(list, record)) {
+      FreeRecord(record);
+      return false;
+    }
+  }
+  return true;
 }
 
 bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,

@@ -34,6 +34,12 @@ struct Owner {
 bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,
                   RecordList** list_out);
 
+// Appends the records of the kind's section in an open file to the list,
+// each with its line number, record flags and owner. A missing section adds
+// nothing. False when memory ran short.
+bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
+                        RecordList* list);
+
 // Rewrites the kind's section from the list (the file is checked out
 // first). Returns false after reporting.
 bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* list);

@@ -63,27 +63,9 @@ bool QuestionsAllowed() {
 
 bool ReadLanguageSection(const KindSchema& schema, QvFile file, const char* language,
                          RecordList* list) {
-  if (!FindSection(file, schema.kind->section)) return true;
-  char line[QV_LINE_SIZE];
-  uint32_t flags = 0;
-  while (ReadRecordLine(file, line, &flags, State().comment_mode)) {
-    void* record = NewRecord(schema);
-    if (record == nullptr) return false;
-    SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));
-    RecordFlagsOf(schema, record) = flags;
-    if (schema.parse_line != nullptr) {
-      schema.parse_line(line, record);
-    } else {
-      ParseRecordLine(schema, line, record);
-    }
-    if (schema.set_owner != nullptr) schema.set_owner(record, language, "");
-    if (schema.after_read != nullptr) schema.after_read(record);
-    if (!GenericList::Append(list, record)) {
-      FreeRecord(record);
-      return false;
-    }
-  }
-  return true;
+  Owner owner;
+  owner.name = language;
+  return ReadSectionRecords(schema, file, owner, list);
 }
 
 bool ReadLanguageList(const LanguageFileKind& kind, const char* language, uint32_t mode,

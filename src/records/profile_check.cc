@@ -52,12 +52,7 @@ void CheckSection(QvFile file, const char* path, const std::string& section,
     ++checked->records;
     if (schema == nullptr) continue;
     void* record = NewRecord(*schema);
-    if (schema->parse_line != nullptr) {
-      schema->parse_line(line, record);
-    } else {
-      ParseRecordLine(*schema, line, record);
-    }
-    if (schema->after_read != nullptr) schema->after_read(record);
+    DecodeRecordLine(*schema, line, record);
     FreeRecord(record);
   }
 }

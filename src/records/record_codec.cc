@@ -181,6 +181,13 @@ bool ParseRecordLine(const KindSchema& schema, char* line, void* record) {
   return all_parsed;
 }
 
+bool DecodeRecordLine(const KindSchema& schema, char* line, void* record) {
+  bool parsed = schema.parse_line != nullptr ? schema.parse_line(line, record)
+                                             : ParseRecordLine(schema, line, record);
+  if (schema.after_read != nullptr) schema.after_read(record);
+  return parsed;
+}
+
 bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) {
   if (schema.write_line != nullptr) return schema.write_line(record, file);
   const size_t count = schema.line.size();

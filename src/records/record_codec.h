@@ -26,6 +26,10 @@ void* RowOf(const KindSchema& schema, void* record);
 // as they were.
 bool ParseRecordLine(const KindSchema& schema, char* line, void* record);
 
+// Reads a line the way the kind reads its lines: its own parse_line, or
+// the line fields in order; then the kind's after-read checks.
+bool DecodeRecordLine(const KindSchema& schema, char* line, void* record);
+
 // Writes the record as one line: the first field with the record flags as
 // options (so a record read behind ";IAO;" goes back behind it), the last
 // with FO_END_RECORD. False on a short write.

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "quorvex/quorvex.h"
+#include "support/profiles.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -50,11 +51,7 @@ class LocationProfile {
   std::string Locations() const { return ReadFileBytes(LocationFile()); }
   std::string Icons() const { return ReadFileBytes(IconFile()); }
 
-  int Open(uint32_t flags) const {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", dir_.c_str());
-    return OpenMasterProfile(path, &flags, "");
-  }
+  int Open(uint32_t flags) const { return OpenProfileAt(dir_, flags); }
 
  private:
   std::string dir_;

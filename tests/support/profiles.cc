@@ -1,0 +1,25 @@
+#include "support/profiles.h"
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <cstdio>
+
+#include "quorvex/profile.h"
+
+namespace qvtest {
+
+int OpenProfileAt(const std::string& path, uint32_t flags, const std::string& log) {
+  char in_out[QV_PATH_SIZE];
+  snprintf(in_out, sizeof in_out, "%s", path.c_str());
+  return OpenMasterProfile(in_out, &flags, log.c_str());
+}
+
+void MakeDatabase(const std::string& path, const std::string& sql) {
+  sqlite3* db = nullptr;
+  EXPECT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK) << path;
+  EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+  sqlite3_close(db);
+}
+
+}  // namespace qvtest
