@@ -11,6 +11,7 @@
 #include "core/state.h"
 #include "platform/file.h"
 #include "platform/fs.h"
+#include "platform/held_file.h"
 
 namespace qv {
 namespace {
@@ -89,7 +90,9 @@ int CreateTempFile(char* pathOut, QvFile* handleOut) {
   for (int n = 0; n < qv::kTempNames; ++n) {
     char path[QV_PATH_SIZE + 32];
     snprintf(path, sizeof path, "%s%s.%03d", directory.c_str(), "QUORVEX", n);
-    qv::File* file = qv::File::Open(path, qv::OpenMode::kCreateNew);
+    // A name whose file a crashed process left behind is taken over; one
+    // that a live process holds is skipped.
+    qv::File* file = qv::CreateHeldFile(path);
     if (file == nullptr) continue;
     snprintf(pathOut, QV_PATH_SIZE, "%s", path);
     *handleOut = file->handle();

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/fs.h"
+#include "platform/held_file.h"
 
 namespace qv {
 
@@ -161,7 +162,9 @@ bool DeleteFile(const std::string& path) {
     errno = EACCES;
     return false;
   }
-  return unlink(host.c_str()) == 0;
+  if (unlink(host.c_str()) != 0) return false;
+  ReleaseHeldName(host);  // a temporary file's name is free for others now
+  return true;
 }
 
 bool MakeDirectories(const std::string& path) {
