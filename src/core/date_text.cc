@@ -5,6 +5,7 @@
 
 #include "core/date_to_time.h"
 #include "core/decimal.h"
+#include "core/report_capture.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 
@@ -72,7 +73,7 @@ int ParseDateTime(uint32_t* value, const char* text) {
   }
   if (count != 6) {
     *value = 0;
-    ReportError(qv::kBadDate, 1);
+    qv::ReportParseProblem(qv::kBadDate);
     return 0;
   }
   // Two-digit years: 70..99 are 1970..1999, the rest 2000 onward. A

@@ -9,6 +9,7 @@
 
 #include "core/decimal.h"
 #include "core/text_chars.h"
+#include "core/report_capture.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 
@@ -25,7 +26,7 @@ constexpr char kIntegerNoDigit[] = "Bad integer constant: first character must b
 constexpr char kIntegerNoComma[] = "Bad integer constant: missing comma following integer";
 
 int Fail(const char* message) {
-  ReportError(message, 1);
+  qv::ReportParseProblem(message);
   return 0;
 }
 
@@ -62,14 +63,14 @@ int32_t ReadIntegerToken(char** cursor, uint32_t options) {
   SkipBlanks(cursor);
   if (TakeEmptyOptional(cursor, options)) return 0;
   if (!IsDigit(**cursor)) {
-    ReportError(kIntegerNoDigit, 1);
+    qv::ReportParseProblem(kIntegerNoDigit);
     return 0;
   }
   const char* digits = *cursor;
   while (IsDigit(**cursor)) ++*cursor;
   SkipBlanks(cursor);
   if (**cursor != '\0' && **cursor != ',') {
-    ReportError(kIntegerNoComma, 1);
+    qv::ReportParseProblem(kIntegerNoComma);
     return 0;
   }
   if (**cursor == ',') ++*cursor;
@@ -118,7 +119,7 @@ int ParseQuotedString(char** cursor, char* destination, uint32_t options, int si
     snprintf(message, sizeof message,
              "String \"%.*s\" is too long: should not exceed %d characters (within quotes)",
              static_cast<int>(limit), size > 0 ? destination : "", static_cast<int>(limit));
-    ReportError(message, 1);
+    qv::ReportParseProblem(message);
     length = limit;
   }
   if (size > 0) {

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/report_capture.h"
 #include "core/state.h"
 #include "core/text_chars.h"
 #include "platform/file.h"
@@ -24,7 +25,13 @@ int ReadProfileLine(QvFile file, char* buffer, int size) {
   if (read <= 0) return 0;
   buffer[read] = '\0';
   char* feed = strchr(buffer, '\n');
-  if (feed != nullptr) *feed = '\0';
+  if (feed != nullptr) {
+    *feed = '\0';
+  } else if (strlen(buffer) < static_cast<size_t>(read) || read == size - 1) {
+    // A NUL byte or a full buffer ends the line early, and the byte after
+    // that end is skipped: the line cannot be read whole.
+    qv::NoteCutLine();
+  }
   // Stand just after the line feed; without one, one byte past the block.
   f->Seek(static_cast<int64_t>(strlen(buffer)) - read + 1, SEEK_CUR);
   ++qv::State().parse_line;

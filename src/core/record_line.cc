@@ -11,6 +11,7 @@
 
 #include "core/text_chars.h"
 #include "platform/file.h"
+#include "core/report_capture.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 
@@ -50,7 +51,7 @@ bool ReportTooLong() {
   snprintf(message, sizeof message,
            "Continued record line is too long: should not exceed %d characters",
            static_cast<int>(kRecordLimit));
-  ReportError(message, 1);
+  qv::ReportParseProblem(message);
   return false;
 }
 
@@ -92,7 +93,7 @@ bool ReadMarkedRecord(QvFile file, char* text, char* record) {
     joined.DropLast();
     char* next = NextContinuation(file, line);
     if (*next != ';') {
-      ReportError(kCommentNotContinued, 1);
+      qv::ReportParseProblem(kCommentNotContinued);
       return false;
     }
     size_t length = strlen(next);
@@ -113,7 +114,7 @@ bool ReadComment(QvFile file, char* text, char* record) {
     joined.DropLast();
     char* next = NextContinuation(file, line);
     if (*next != ';') {
-      ReportError(kCommentNotContinued, 1);
+      qv::ReportParseProblem(kCommentNotContinued);
       return false;
     }
     ++next;

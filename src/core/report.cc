@@ -8,6 +8,7 @@
 #include <string>
 
 #include "core/host.h"
+#include "core/report_internal.h"
 #include "core/state.h"
 #include "platform/file.h"
 #include "platform/fs.h"
@@ -49,6 +50,7 @@ void WriteLogEntry(const char* text) {
 }
 
 int ReportError(const char* message, int withLine) {
+  if (qv::HandToCaptures(message, withLine)) return 1;
   std::string text;
   if (withLine == 1) {
     char prefix[QV_LINE_SIZE + 32];

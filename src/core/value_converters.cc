@@ -2,6 +2,7 @@
 // string) to its value: binary constants and the symbolic OS and registry
 // data types.
 #include "core/text_chars.h"
+#include "core/report_capture.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 
@@ -41,7 +42,7 @@ int LookUp(const NamedCode (&table)[N], const char* name, const char* error) {
   for (const NamedCode& entry : table) {
     if (name != nullptr && EqualsIgnoreCase(entry.name, name)) return entry.code;
   }
-  ReportError(error, 1);
+  qv::ReportParseProblem(error);
   return 0;
 }
 
@@ -61,7 +62,7 @@ int ParseHexBytes(uint8_t* destination, char* text, uint16_t* count, int mode) {
   bool double_word = mode == 1;
   for (;;) {
     if (!IsHexDigit(p[0]) || !IsHexDigit(p[1])) {
-      ReportError("Bad binary constant: use a format like \"00 A5 4E 01\"", 1);
+      qv::ReportParseProblem("Bad binary constant: use a format like \"00 A5 4E 01\"");
       return 0;
     }
     size_t at = double_word ? 3 - *count : *count;

@@ -28,6 +28,10 @@ class File {
   // case and "\" counts as a separator. nullptr on failure, with errno-style
   // code in *error when given.
   static File* Open(const std::string& path, OpenMode mode, int* error = nullptr);
+  // A file whose bytes live in memory only, empty at first: the engine
+  // writes a record line into it and reads it back with the same reader, to
+  // learn before touching a profile file whether the line will hold.
+  static File* OpenInMemory();
 
   ~File();
   File(const File&) = delete;
@@ -64,8 +68,9 @@ class File {
   bool Fill(int64_t at);
   void DropBuffer() { buffer_size_ = 0; }
 
-  int fd_;
+  int fd_;  // -1 for a file in memory
   std::string path_;
+  std::string memory_;  // the bytes of a file in memory
   int64_t position_ = 0;
   // The cached block: bytes [buffer_start_, buffer_start_ + buffer_size_).
   char* buffer_;

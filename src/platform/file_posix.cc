@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -26,7 +27,7 @@ constexpr size_t kBlockSize = 64 * 1024;
 File::File(int fd, std::string path) : fd_(fd), path_(std::move(path)), buffer_(nullptr) {}
 
 File::~File() {
-  close(fd_);
+  if (fd_ >= 0) close(fd_);
   delete[] buffer_;
 }
 
@@ -83,10 +84,23 @@ File* File::Open(const std::string& path, OpenMode mode, int* error) {
   return new File(fd, std::move(host));
 }
 
+File* File::OpenInMemory() {
+  return new File(-1, "");
+}
+
 bool File::Fill(int64_t at) {
   if (buffer_ == nullptr) buffer_ = new char[kBlockSize];
   buffer_size_ = 0;
   ssize_t r;
+  if (fd_ < 0) {
+    size_t from =
+        static_cast<size_t>(at) < memory_.size() ? static_cast<size_t>(at) : memory_.size();
+    r = static_cast<ssize_t>(std::min(kBlockSize, memory_.size() - from));
+    memcpy(buffer_, memory_.data() + from, static_cast<size_t>(r));
+    buffer_start_ = at;
+    buffer_size_ = static_cast<size_t>(r);
+    return true;
+  }
   do {
     ++read_calls_;
     r = pread(fd_, buffer_, kBlockSize, at);
@@ -101,7 +115,7 @@ bool File::Fill(int64_t at) {
 long File::Read(void* buffer, size_t n) {
   char* out = static_cast<char*>(buffer);
   if (n == 0) return 0;
-  if (n > kBlockSize) {
+  if (n > kBlockSize && fd_ >= 0) {
     // Too large to gain from the cache: read straight into the caller's
     // buffer. The cache stays valid, since nothing was written.
     size_t got = 0;
@@ -142,6 +156,13 @@ size_t File::Write(const void* data, size_t n) {
   // longer hold; the next read fetches a fresh block.
   DropBuffer();
   const char* in = static_cast<const char*>(data);
+  if (fd_ < 0) {
+    size_t at = static_cast<size_t>(position_);
+    if (memory_.size() < at + n) memory_.resize(at + n);
+    memcpy(memory_.data() + at, in, n);
+    position_ += static_cast<int64_t>(n);
+    return n;
+  }
   size_t done = 0;
   while (done < n) {
     ssize_t w = pwrite(fd_, in + done, n - done, position_ + static_cast<int64_t>(done));
@@ -166,6 +187,10 @@ bool File::Seek(int64_t offset, int whence) {
       base = position_;
       break;
     case SEEK_END: {
+      if (fd_ < 0) {
+        base = static_cast<int64_t>(memory_.size());
+        break;
+      }
       struct stat st;
       if (fstat(fd_, &st) != 0) return false;
       base = st.st_size;
@@ -181,7 +206,7 @@ bool File::Seek(int64_t offset, int whence) {
 }
 
 bool File::Flush() {
-  return fsync(fd_) == 0;
+  return fd_ < 0 || fsync(fd_) == 0;
 }
 
 }  // namespace qv
