@@ -690,21 +690,23 @@ TEST_F(LocationOrvikTest, OpeningWithoutALocationTableFails) {
                 "Problem retrieving locations.  Please Try another Master Profile."}));
 }
 
-TEST_F(LocationOrvikTest, PutInsertsAndTheOpenListFollows) {
+TEST_F(LocationOrvikTest, PutIsAPlainInsertAndTheOpenListFollows) {
   std::string db = MakeDatabase();
   ASSERT_EQ(OpenOrvik(db), 1);
   LORecord* lodestar = NewLocation("Lodestar", "1", "$DR$", "", "Lodestar");
   ASSERT_EQ(MPPutLO(lodestar), 1);
-  snprintf(lodestar->row.Folder, sizeof lodestar->row.Folder, "Lodestar2");
-  ASSERT_EQ(MPPutLO(lodestar), 1);  // replaces
-  LOList* list = nullptr;
-  ASSERT_EQ(MPGetLOCompleteList(&list, MODE_READ), 1);
-  ASSERT_EQ(list->count, 1u);
-  EXPECT_STREQ(static_cast<LORecord*>(list->head->record)->row.Folder, "Lodestar2");
-  MPFreeLOList(list);
   char path[QV_PATH_SIZE];
   ASSERT_EQ(MPBuildLOPathByKey("Lodestar", "1", "", "", path), 1);
-  EXPECT_STREQ(path, "$DR$\\Lodestar2\\");
+  EXPECT_STREQ(path, "$DR$\\Lodestar\\");
+  // The second put inserts a second row as given: nothing is replaced.
+  snprintf(lodestar->row.Folder, sizeof lodestar->row.Folder, "Lodestar2");
+  ASSERT_EQ(MPPutLO(lodestar), 1);
+  LOList* list = nullptr;
+  ASSERT_EQ(MPGetLOCompleteList(&list, MODE_READ), 1);
+  ASSERT_EQ(list->count, 2u);
+  EXPECT_STREQ(static_cast<LORecord*>(list->head->record)->row.Folder, "Lodestar");
+  EXPECT_STREQ(static_cast<LORecord*>(list->head->next->record)->row.Folder, "Lodestar2");
+  MPFreeLOList(list);
   ASSERT_EQ(MPDeleteLO("Lodestar", "1"), 1);
   EXPECT_EQ(MPBuildLOPathByKey("Lodestar", "1", "", "", path), 0);
   EXPECT_TRUE(host_.errors().empty());

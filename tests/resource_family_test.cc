@@ -192,16 +192,23 @@ TEST_F(ResourceFamilyTest, ReadingActiveOnlySkipsInactiveTexts) {
             (std::vector<std::string>{"IDS_WELCOME", "MP_GEN_0001_00000000041", "IDS_QUOTE"}));
 }
 
-TEST_F(ResourceFamilyTest, ABrokenLineIsReportedWithItsLineAndKept) {
-  WriteTexts("US", std::string(kHeader) + "\"IDS_A\",Text,1\r\n" + kWelcome);
-  OpenReadOnly();
-  ListPtr list = Read("US");
-  EXPECT_EQ(Names(list.get()), (std::vector<std::string>{"IDS_A", "IDS_WELCOME"}));
-  EXPECT_STREQ(Records(list.get())[0]->Text, "");
+TEST_F(ResourceFamilyTest, ABrokenLineFailsTheReadWithItsLine) {
+  const std::string texts = std::string(kHeader) + "\"IDS_A\",Text,1\r\n" + kWelcome;
+  WriteTexts("US", texts);
+  OpenLocked();
+  ResourceList* list = nullptr;
+  EXPECT_EQ(MPGetResourceCompleteList("US", &list), 0);
+  MPFreeResourceList(list);
   ASSERT_EQ(Errors().size(), 1u);
   EXPECT_NE(Errors()[0].find("Line #6"), std::string::npos);
   EXPECT_NE(Errors()[0].find("Bad string constant: must begin with double quote"),
             std::string::npos);
+  // Nothing read from the broken file is written back over it.
+  ResourceRecord* record = NewText("US", "IDS_NEW", "new").release();
+  EXPECT_EQ(MPPutResource(record), 0);
+  MPFreeResource(record);
+  CloseMasterProfile();
+  EXPECT_EQ(Texts("US"), texts);
 }
 
 TEST_F(ResourceFamilyTest, ReadingNeedsAnOpenProfile) {
@@ -344,8 +351,9 @@ TEST_F(ResourceFamilyTest, TwoWritesInOneOpenProfileNeverMakeTheSameName) {
   EXPECT_NE(Texts("DE").find(Generated(45)), std::string::npos);
 }
 
-TEST_F(ResourceFamilyTest, NamesBroughtByTheListCountToo) {
-  WriteTexts("US", kHeader);
+TEST_F(ResourceFamilyTest, NamesBroughtByTheListDoNotRaiseTheCounter) {
+  // Only names read from the resource files move the counter.
+  WriteTexts("US", std::string(kHeader) + "\"MP_GEN_0001_00000000041\",\"old\",,\r\n");
   OpenLocked();
   ResourceList* list = nullptr;
   MPNewResourceList(&list);
@@ -353,7 +361,7 @@ TEST_F(ResourceFamilyTest, NamesBroughtByTheListCountToo) {
   MPAppendResource(list, NewText("US", "", "new").release());
   MPAppendResource(list, NewText("US", "MP_GEN_0002_00000000077", "from elsewhere").release());
   ASSERT_EQ(MPPutResourceCompleteList(list), 1);
-  EXPECT_EQ(Names(list), (std::vector<std::string>{Generated(78), "MP_GEN_0002_00000000077"}));
+  EXPECT_EQ(Names(list), (std::vector<std::string>{Generated(42), "MP_GEN_0002_00000000077"}));
 }
 
 // ---------------------------------------------------------------- writing

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "core/report_capture.h"
 #include "platform/fs.h"
 #include "quorvex/report.h"
 #include "quorvex/writer.h"
@@ -35,13 +36,29 @@ bool SectionRewrite::Begin(QvFile input, const char* profile_path, const char* s
   }
   output_ = output;
   temporary_path_ = temporary;
+  cut_lines_ = CutLineCount();
   CopyHeadThroughSection(input_, output_, section_.c_str());
-  return true;
+  return CopiedWhole();
+}
+
+// The copiers move lines through the reader's buffer: a line it cannot take
+// whole would come out in pieces with a byte lost, so such a file is left
+// as it is rather than rewritten.
+bool SectionRewrite::CopiedWhole() {
+  if (CutLineCount() == cut_lines_) return true;
+  char message[QV_LINE_SIZE];
+  snprintf(message, sizeof message,
+           "File %s holds a line longer than 5023 characters or a NUL byte, which a rewrite "
+           "cannot copy; the file was left unchanged.",
+           profile_path_.c_str());
+  ReportError(message, 0);
+  return false;
 }
 
 bool SectionRewrite::Finish() {
   if (finished_ || output_ == QV_NO_FILE) return false;
   CopyTailAfterSection(input_, output_, section_.c_str());
+  if (!CopiedWhole()) return false;
   CloseFiles();
   finished_ = true;
   if (QvReplaceProfileFile(temporary_path_.c_str(), profile_path_.c_str()) == 0) {

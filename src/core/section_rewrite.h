@@ -12,6 +12,7 @@
 #ifndef QUORVEX_CORE_SECTION_REWRITE_H_
 #define QUORVEX_CORE_SECTION_REWRITE_H_
 
+#include <cstdint>
 #include <string>
 
 #include "quorvex/base.h"
@@ -31,8 +32,9 @@ class SectionRewrite {
   // Finish or by the destructor, whatever Begin returns). Creates the
   // temporary file and copies the input up to and including the section's
   // header (appending the header when the file lacks the section). False,
-  // reported, when input is not an open file or no temporary file can be
-  // created.
+  // reported, when input is not an open file, no temporary file can be
+  // created, or the file holds a line that cannot be copied whole (longer
+  // than the reader's buffer, or with a NUL byte).
   bool Begin(QvFile input, const char* profile_path, const char* section);
 
   // The temporary file, positioned after the section's header: the family
@@ -41,13 +43,14 @@ class SectionRewrite {
   const std::string& temporary_path() const { return temporary_path_; }
 
   // Copies the rest of the file after the old section, closes both files and
-  // replaces the profile file. On success the temporary file is deleted; on
-  // failure "File %s cannot be written over, ..." is reported and the
-  // temporary file is left in place. Returns success.
+  // replaces the profile file (unless a line could not be copied whole). On success the temporary
+  // file is deleted; on failure "File %s cannot be written over, ..." is reported and the temporary
+  // file is left in place. Returns success.
   bool Finish();
 
  private:
   void CloseFiles();
+  bool CopiedWhole();
 
   QvFile input_ = QV_NO_FILE;
   QvFile output_ = QV_NO_FILE;
@@ -55,6 +58,7 @@ class SectionRewrite {
   std::string section_;
   std::string temporary_path_;
   bool finished_ = false;
+  uint64_t cut_lines_ = 0;
 };
 
 }  // namespace qv

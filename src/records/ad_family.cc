@@ -7,6 +7,7 @@
 #include "quorvex/report.h"
 #include "records/family_io.h"
 #include "records/kind_api.h"
+#include "records/line_capacity.h"
 #include "records/record_codec.h"
 #include "records/reference_hooks.h"
 
@@ -16,8 +17,8 @@ namespace {
 constexpr uint32_t kDeleteReferences = 0x80000000u;
 constexpr uint32_t kUpdateReferences = 0x20000000u;
 
-const KindSchema& AdSchema() {
-  static const KindSchema schema = {
+KindSchema MakeAdSchema() {
+  KindSchema schema = {
       FindKindInfo("AD"),
       sizeof(ADRecord),
       offsetof(ADRecord, row),
@@ -84,6 +85,14 @@ const KindSchema& AdSchema() {
       AD_WORKSTATION | AD_NETWORK | AD_LOCAL,
       "Ad File %s cannot be found or opened!",
   };
+  // An Ads line is read field by field: a bad field leaves its value empty
+  // and the rest of the line is still read.
+  schema.failed_line = KindSchema::FailedLine::kKeepLine;
+  return schema;
+}
+
+const KindSchema& AdSchema() {
+  static const KindSchema schema = MakeAdSchema();
   return schema;
 }
 
@@ -112,11 +121,23 @@ void AppendCopy(RecordList* list, const ADRecord* source) {
   AdList::Append(list, record);
 }
 
+// MPWriteADList for lists whose records were read from the file or checked
+// on their way in.
+int WriteAdList(ADList* list) {
+  if (!RequireLockedProfile()) return 0;
+  if (IsOrvikProfile()) {
+    ReportError("ADs not implemented in QUORVEX for Orvik", 0);
+    return 0;
+  }
+  return WriteKindSection(AdSchema(), Owner{}, list) ? 1 : 0;
+}
+
 // MPPutAD, telling in *written (when given) whether the file was
 // rewritten: the put's result is 1 either way.
 int PutAd(ADRecord* record, bool* written) {
   if (written != nullptr) *written = false;
   if (!RequireLockedProfile()) return 0;
+  if (!RecordFitsLine(AdSchema(), record)) return 0;
   ADList* list = nullptr;
   if (!MPGetADCompleteList(&list, MODE_UPDATE)) {
     MPFreeADList(list);
@@ -134,7 +155,7 @@ int PutAd(ADRecord* record, bool* written) {
   list->current = nullptr;
   // The put has happened in memory; a failed rewrite was reported and the
   // caller has always been told 1 here.
-  bool rewritten = MPWriteADList(list) == 1;
+  bool rewritten = WriteAdList(list) == 1;
   if (written != nullptr) *written = rewritten;
   MPFreeADList(list);
   return 1;
@@ -259,11 +280,8 @@ int MPCopyAD(ADRecord** recordInOut, const ADRecord* source, int mode, ADList* l
 
 int MPWriteADList(ADList* list) {
   if (!qv::RequireLockedProfile()) return 0;
-  if (qv::IsOrvikProfile()) {
-    ReportError("ADs not implemented in QUORVEX for Orvik", 0);
-    return 0;
-  }
-  return qv::WriteKindSection(AdSchema(), qv::Owner{}, list) ? 1 : 0;
+  if (!qv::IsOrvikProfile() && !qv::ListFitsLines(AdSchema(), list)) return 0;
+  return qv::WriteAdList(list);
 }
 
 int MPGetAD(uint32_t id, ADRecord** recordOut) {
@@ -290,6 +308,7 @@ int MPPutAD(ADRecord* record) {
 int MPPutADCompleteList(ADList* list) {
   // Deliberately no early return: the rewrite below reports the lock again.
   qv::RequireLockedProfile();
+  if (!qv::ListFitsLines(AdSchema(), list)) return 0;
   ADList* stored = nullptr;
   if (!MPGetADCompleteList(&stored, MODE_UPDATE)) {
     MPFreeADList(stored);
@@ -311,7 +330,7 @@ int MPPutADCompleteList(ADList* list) {
     }
   });
   stored->current = nullptr;
-  MPWriteADList(stored);
+  qv::WriteAdList(stored);
   MPFreeADList(stored);
   return 1;
 }
@@ -355,7 +374,7 @@ int MPDeleteAD(uint32_t id) {
     qv::UnlinkRecord(list, found);
     MPFreeAD(found);
   }
-  MPWriteADList(list);
+  qv::WriteAdList(list);
   MPFreeADList(list);
   return 1;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "core/report_capture.h"
 #include "core/section_rewrite.h"
 #include "core/state.h"
 #include "quorvex/catalogue.h"
@@ -12,6 +13,9 @@
 
 namespace qv {
 namespace {
+
+constexpr char kCutLine[] =
+    "Line is longer than 5023 characters or holds a NUL byte: it cannot be read whole.";
 
 void ReportWithPath(const char* format, const char* path) {
   char text[QV_LINE_SIZE];
@@ -65,20 +69,34 @@ bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
   if (!FindSection(file, schema.kind->section)) return true;
   char line[QV_LINE_SIZE];
   uint32_t flags = 0;
-  while (ReadRecordLine(file, line, &flags, State().comment_mode)) {
+  for (;;) {
+    uint64_t problems = ParseProblemCount();
+    uint64_t cuts = CutLineCount();
+    bool got = ReadRecordLine(file, line, &flags, State().comment_mode) == 1;
+    if (CutLineCount() != cuts) {
+      // Whatever the kind, the pieces of a cut line are not the record
+      // that stands in the file.
+      ReportParseProblem(kCutLine);
+      return false;
+    }
+    // The reader ends a section early at a broken comment continuation.
+    if (!got) return ParseProblemCount() == problems;
     void* record = NewRecord(schema);
     if (record == nullptr) return false;
     SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));
     RecordFlagsOf(schema, record) = flags;
     // The owner comes before the checks, so that they can name it.
     if (schema.set_owner != nullptr) schema.set_owner(record, owner.name, owner.key);
-    DecodeRecordLine(schema, line, record);
+    bool parsed = DecodeRecordLine(schema, line, record);
+    if (!parsed && schema.failed_line == KindSchema::FailedLine::kFailRead) {
+      FreeRecord(record);
+      return false;
+    }
     if (!GenericList::Append(list, record)) {
       FreeRecord(record);
       return false;
     }
   }
-  return true;
 }
 
 bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,

@@ -103,8 +103,6 @@ const KindSchema& IlSchema() {
       {"Don't remove", "Check if Personal Location [vs Common (matters only under NT)]"},
       0u,
       "Icon Location File %s cannot be found or opened!",
-      // One report for a broken line is enough.
-      true,
   };
   return schema;
 }

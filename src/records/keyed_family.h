@@ -26,6 +26,7 @@
 
 #include "quorvex/report.h"
 #include "records/family_io.h"
+#include "records/line_capacity.h"
 #include "records/orvik_rows.h"
 #include "records/record_codec.h"
 #include "records/record_list.h"
@@ -74,7 +75,16 @@ class KeyedFamily {
     return 1;
   }
 
+  // MPWrite<code>List: the list comes from the caller, so its records are
+  // checked against their lines first.
   static int Write(RecordList* list) {
+    if (!RequireLockedProfile()) return 0;
+    if (!IsOrvikProfile() && !ListFitsLines(Traits::Schema(), list)) return 0;
+    return WriteChecked(list);
+  }
+
+  // The rewrite itself, for lists read from the file or checked on the way in.
+  static int WriteChecked(RecordList* list) {
     if (!RequireLockedProfile()) return 0;
     if (IsOrvikProfile()) {
       ReportError(Traits::kNotForOrvik, 0);
@@ -109,6 +119,7 @@ class KeyedFamily {
   static int Put(Record* record, bool* written = nullptr) {
     if (written != nullptr) *written = false;
     if (!RequireLockedProfile()) return 0;
+    if (!RecordFitsLine(Traits::Schema(), record)) return 0;
     if (IsOrvikProfile()) {
       if (!InsertRow(*record)) {
         ReportError(Traits::kInsertInto, 0);
@@ -133,7 +144,7 @@ class KeyedFamily {
     list->current = nullptr;
     // The put has happened in memory; a failed rewrite was reported, and
     // the caller is told 1 as every family's put does.
-    bool rewritten = Write(list) == 1;
+    bool rewritten = WriteChecked(list) == 1;
     if (written != nullptr) *written = rewritten;
     List::Free(list);
     return 1;
@@ -143,6 +154,7 @@ class KeyedFamily {
     // Deliberately no early return in the text store: the rewrite below
     // reports the missing lock again.
     bool locked = RequireLockedProfile();
+    if (!ListFitsLines(Traits::Schema(), list)) return 0;
     if (IsOrvikProfile()) return locked ? InsertAll(list) : 0;
     RecordList* stored = nullptr;
     if (!ReadAll(&stored, MODE_UPDATE)) {
@@ -160,7 +172,7 @@ class KeyedFamily {
       }
     });
     stored->current = nullptr;
-    Write(stored);
+    WriteChecked(stored);
     List::Free(stored);
     return 1;
   }
@@ -201,7 +213,7 @@ class KeyedFamily {
       UnlinkRecord(list, found);
       Traits::kFree(found);
     }
-    Write(list);
+    WriteChecked(list);
     List::Free(list);
     return 1;
   }
@@ -242,10 +254,9 @@ class KeyedFamily {
     if (Copy(&record, source, 0, nullptr)) List::Append(list, record);
   }
 
-  // A put replaces: rows with the same key go before the new row is added.
+  // A put in the database is a plain insert of the row as given: no key is
+  // assigned and no row with the same key is removed first.
   static bool InsertRow(const Record& record) {
-    Key key = Traits::KeyOf(record);
-    DeleteOrvikRows(Traits::Schema(), &record, Traits::OrvikKeyMembers(key));
     if (InsertOrvikRow(Traits::Schema(), &record)) return true;
     ReportError(Traits::kInsertIn, 0);
     return false;

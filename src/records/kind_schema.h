@@ -106,9 +106,16 @@ struct KindSchema {
   // "Ad File %s cannot be found or opened!": the text when the file is missing.
   const char* missing_file_message;
 
-  // Whether a field that fails to parse ends the line (the fields after it
-  // keep their empty values) or the parsers go on with the next field.
-  bool line_stops_at_error = false;
+  // What a line that fails to parse does to the read of its section. The
+  // default stops the read and fails it, so that no record derived from a
+  // broken line can be written back over it. Ads keep the line with the
+  // fields that did parse and read on, as that family always has; hosts that
+  // rewrite Ads check the file first. Integers that read as 0 and texts cut
+  // to their width are reported but fail no line. A failing line is parsed
+  // no further than its first bad field, except under kKeepLine, where the
+  // fields after it are still read.
+  enum class FailedLine { kFailRead, kKeepLine };
+  FailedLine failed_line = FailedLine::kFailRead;
 
   // What a kind does differently, where it does (nullptr: the generic way).
   // A line that is not comma-separated fields (key=value lines, ...).
@@ -120,6 +127,9 @@ struct KindSchema {
   // Fills the record's owner members from the file's owner (module key,
   // language code, ...) after it was read.
   void (*set_owner)(void* record, const char* name, const char* key) = nullptr;
+  // The members a line of the kind's own format carries (with parse_line),
+  // which a put checks read back as given.
+  std::vector<const char*> custom_line_members = {};
 };
 
 }  // namespace qv

@@ -169,9 +169,7 @@ const KindSchema& LoSchema() {
        "Participates in Workstation install", "Remote Create Always", "Remote Don't Remove"},
       0x4FC00000u,
       "Location File %s cannot be found or opened!",
-      // One report for a broken line is enough: the fields after a bad one
-      // would only add follow-on errors.
-      true,
+      KindSchema::FailedLine::kFailRead,
       nullptr,
       nullptr,
       &CheckLocation,

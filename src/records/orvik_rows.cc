@@ -104,7 +104,8 @@ bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out) {
     ReportError(text, 0);
     return false;
   }
-  while (sqlite3_step(statement) == SQLITE_ROW) {
+  int step;
+  while ((step = sqlite3_step(statement)) == SQLITE_ROW) {
     void* record = NewRecord(schema);
     for (size_t i = 0; i < members.size(); ++i) {
       ReadColumn(statement, static_cast<int>(i), *members[i], record);
@@ -112,7 +113,13 @@ bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out) {
     GenericList::Append(*list_out, record);
   }
   sqlite3_finalize(statement);
-  return true;
+  if (step == SQLITE_DONE) return true;
+  // A row that cannot be fetched ends the read as a failure, never as a
+  // short list that a later write would take for the whole table.
+  char text[QV_LINE_SIZE];
+  snprintf(text, sizeof text, "Cannot get %s out of Orvik profile.", schema.flag_label);
+  ReportError(text, 0);
+  return false;
 }
 
 bool InsertOrvikRow(const KindSchema& schema, const void* record) {

@@ -18,7 +18,9 @@ const char* At(const void* record, size_t offset) {
   return static_cast<const char*>(record) + offset;
 }
 
-bool ParseField(const LineField& field, char** cursor, void* record) {
+}  // namespace
+
+bool ParseLineField(const LineField& field, char** cursor, void* record) {
   switch (field.syntax) {
     case LineSyntax::kInteger: {
       int32_t value = 0;
@@ -64,7 +66,7 @@ bool ParseField(const LineField& field, char** cursor, void* record) {
   return false;
 }
 
-bool WriteOne(const LineField& field, const void* record, QvFile file, uint32_t options) {
+bool WriteLineField(const LineField& field, const void* record, QvFile file, uint32_t options) {
   options |= field.options;
   switch (field.syntax) {
     case LineSyntax::kInteger: {
@@ -97,8 +99,6 @@ bool WriteOne(const LineField& field, const void* record, QvFile file, uint32_t 
   }
   return false;
 }
-
-}  // namespace
 
 void* NewRecord(const KindSchema& schema) {
   void* record = calloc(1, schema.record_size);
@@ -174,9 +174,9 @@ bool ParseRecordLine(const KindSchema& schema, char* line, void* record) {
   char* cursor = line;
   bool all_parsed = true;
   for (const LineField& field : schema.line) {
-    if (ParseField(field, &cursor, record)) continue;
+    if (ParseLineField(field, &cursor, record)) continue;
     all_parsed = false;
-    if (schema.line_stops_at_error) break;
+    if (schema.failed_line == KindSchema::FailedLine::kFailRead) break;
   }
   return all_parsed;
 }
@@ -194,7 +194,7 @@ bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) 
   for (size_t i = 0; i < count; ++i) {
     uint32_t options = i == 0 ? RecordFlagsOf(schema, record) : 0;
     if (i + 1 == count) options |= FO_END_RECORD;
-    if (!WriteOne(schema.line[i], record, file, options)) return false;
+    if (!WriteLineField(schema.line[i], record, file, options)) return false;
   }
   return true;
 }

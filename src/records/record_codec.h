@@ -35,6 +35,12 @@ bool DecodeRecordLine(const KindSchema& schema, char* line, void* record);
 // with FO_END_RECORD. False on a short write.
 bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file);
 
+// One field: parsed at the cursor into the record (false, reported, when
+// malformed), or written with the given options (false on a short write or
+// a value the field cannot name).
+bool ParseLineField(const LineField& field, char** cursor, void* record);
+bool WriteLineField(const LineField& field, const void* record, QvFile file, uint32_t options);
+
 // Integer members of any width, read and written as 32-bit values.
 uint32_t GetUnsigned(const void* record, size_t offset, ValueType type);
 void SetUnsigned(void* record, size_t offset, ValueType type, uint32_t value);

@@ -8,6 +8,7 @@
 #include "quorvex/report.h"
 #include "quorvex/resources.h"
 #include "records/family_io.h"
+#include "records/line_capacity.h"
 #include "records/orvik_rows.h"
 #include "records/record_codec.h"
 #include "records/resource_files.h"
@@ -56,8 +57,6 @@ KindSchema MakeResourceSchema() {
       0,
       "%s cannot be found or opened!",
   };
-  // A line whose text is broken keeps no half-read fields.
-  schema.line_stops_at_error = true;
   schema.set_owner = &SetLanguage;
   schema.after_read = &NoteGeneratedName;
   return schema;
@@ -272,6 +271,7 @@ int MPPutResource(ResourceRecord* record) {
     return 0;
   }
   if (!qv::LanguageGiven(record->LanguageCode)) return 0;
+  if (!qv::RecordFitsLine(qv::ResourceSchema(), record)) return 0;
   // Loading the language's texts raises the counter above their names.
   RecordList* held = qv::HoldResourceList(record->LanguageCode, true);
   if (held == nullptr) return 0;
@@ -316,11 +316,11 @@ int MPPutResourceCompleteList(ResourceList* list) {
   snprintf(language, sizeof language, "%s",
            static_cast<ResourceRecord*>(list->head->record)->LanguageCode);
   if (!qv::LanguageGiven(language)) return 0;
+  if (!qv::ListFitsLines(qv::ResourceSchema(), list)) return 0;
+  // The generated-name counter rises only from names read from the files:
+  // names inside the list handed in are the caller's and do not count.
   RecordList* held = qv::HoldResourceList(language, true);
   if (held == nullptr) return 0;
-  // Names the list brings along count too, so that none is made twice.
-  qv::ResourceListOps::ForEach(
-      list, [](ResourceRecord* record) { qv::NoteResourceName(record->ResourceName); });
   qv::ResourceListOps::ForEach(list, [&](ResourceRecord* record) {
     if (record->ResourceName[0] == '\0') {
       qv::NextResourceName(record->ResourceName, sizeof record->ResourceName);

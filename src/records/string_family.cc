@@ -12,6 +12,7 @@
 #include "quorvex/text.h"
 #include "quorvex/writer.h"
 #include "records/family_io.h"
+#include "records/line_capacity.h"
 #include "records/record_codec.h"
 #include "records/resource_family.h"
 
@@ -93,6 +94,7 @@ KindSchema MakeMessageSchema(const char* code, const char* label) {
   schema.parse_line = &ParseMessageLine;
   schema.write_line = &WriteMessageLine;
   schema.set_owner = &SetLanguage;
+  schema.custom_line_members = {"MessageKey", "MessageText"};
   return schema;
 }
 
@@ -212,6 +214,9 @@ int PutMessages(const LanguageFileKind& kind, const std::vector<const Record*>& 
     return 0;
   }
   if (given.empty()) return 1;
+  for (const Record* record : given) {
+    if (!RecordFitsLine(*kind.schema, record)) return 0;
+  }
   char language[sizeof(Record::LanguageCode)];
   snprintf(language, sizeof language, "%s", given.front()->LanguageCode);
   if (!LanguageGiven(language)) return 0;
