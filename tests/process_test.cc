@@ -15,6 +15,7 @@
 
 #include "platform/command_line.h"
 #include "platform/file.h"
+#include "support/ss_guard.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -244,6 +245,63 @@ TEST(RunProcess, ConfiguredClientIsSearchedOnPath) {
   std::string output;
   EXPECT_EQ(Capture("ss Dir $/", "", &output), 0);
   EXPECT_EQ(output, "Dir");
+}
+
+// The suite's guard puts its own `ss` first on PATH. That `ss` does not
+// carry the iproute2 marker, so the engine takes it for a client: a test
+// that runs "ss" without one really starts it, and is failed for it.
+TEST(SsGuard, GuardsSsComesFirstOnPathAndPassesTheClientCheck) {
+  ScopedEnv env("QUORVEX_SS_CLIENT", nullptr);
+  char real[PATH_MAX];
+  ASSERT_NE(realpath(qvtest::GuardedSsPath().c_str(), real), nullptr);
+  EXPECT_EQ(qv::VersionControlClient(), real);
+}
+
+TEST(SsGuard, StartOfSsFromPathIsNoted) {
+  ScopedEnv env("QUORVEX_SS_CLIENT", nullptr);
+  EXPECT_EQ(RunProcess("ss checkout abc.mo", "", nullptr), 1);
+  // Taken here, so that this test, which means it, is not failed.
+  EXPECT_EQ(qvtest::TakeGuardedSsStarts(), Words{"ss checkout abc.mo"});
+  EXPECT_TRUE(qvtest::TakeGuardedSsStarts().empty());
+}
+
+TEST(SsGuard, ConfiguredClientIsNotTheGuard) {
+  TempDir dir;
+  std::string client = WriteScript(dir, "client", "exit 4\n");
+  ScopedEnv env("QUORVEX_SS_CLIENT", client.c_str());
+  EXPECT_EQ(RunProcess("ss x", "", nullptr), 4);
+  EXPECT_TRUE(qvtest::TakeGuardedSsStarts().empty());
+}
+
+TEST(VersionControlClient, NetworkToolOnPathIsRejectedWithoutBeingRun) {
+  TempDir dir;
+  // The marker straddles two of the blocks the file is read in.
+  std::string head = "#!/bin/sh\necho run >'" + dir.Join("ran") + "'\n# ";
+  std::string padding(64 * 1024 - head.size() - 4, 'x');
+  WriteScript(dir, "bin/ss", head.substr(10) + padding + "iproute2\n");
+  ScopedEnv path("PATH", dir.Join("bin").c_str());
+  ScopedEnv env("QUORVEX_SS_CLIENT", nullptr);
+  EXPECT_EQ(qv::VersionControlClient(), "");
+  EXPECT_EQ(RunProcess("ss -tln", "", nullptr), ENOENT);
+  EXPECT_FALSE(qvtest::PathExists(dir.Join("ran")));
+}
+
+TEST(VersionControlClient, SsOnPathIsFollowedThroughLinks) {
+  TempDir dir;
+  std::string target = WriteScript(dir, "real/client", "exit 6\n");
+  qvtest::MakeDirs(dir.Join("bin"));
+  ASSERT_EQ(symlink(target.c_str(), dir.Join("bin/ss").c_str()), 0);
+  ScopedEnv path("PATH", dir.Join("bin").c_str());
+  ScopedEnv env("QUORVEX_SS_CLIENT", nullptr);
+  char real[PATH_MAX];
+  ASSERT_NE(realpath(target.c_str(), real), nullptr);
+  EXPECT_EQ(qv::VersionControlClient(), real);
+  EXPECT_EQ(RunProcess("ss x", "", nullptr), 6);
+}
+
+TEST(VersionControlClient, ConfiguredClientIsTakenAsGiven) {
+  ScopedEnv env("QUORVEX_SS_CLIENT", "fakess");
+  EXPECT_EQ(qv::VersionControlClient(), "fakess");
 }
 
 TEST(RunProcess, InheritedOutputWhenNoFile) {

@@ -1,6 +1,7 @@
 // The version-control command runner and the check-out protocol, against
 // the fake client of tests/support/fake_ss.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,6 +15,7 @@
 #include "profile/global_file_list.h"
 #include "quorvex/quorvex.h"
 #include "support/fake_ss.h"
+#include "support/scoped_env.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -327,6 +329,83 @@ TEST_F(VcsTest, ClientThatCannotBeStartedYieldsErrnoAndCheckOutSucceeds) {
   EXPECT_EQ(errors[2], "Source Safe command \"ss checkin abc.mo -c\"done\"\" failed.");
   EXPECT_EQ(errors[4], "Source Safe command \"ss remove abc.mo\" failed.");
   EXPECT_TRUE(ss_.Calls().empty());
+}
+
+// --- No client configured ----------------------------------------------------
+
+const char kNoClient[] =
+    "No version-control client is configured: set QUORVEX_SS_CLIENT to the SourceSafe "
+    "command-line client.";
+
+// Without QUORVEX_SS_CLIENT, PATH names a folder of the test alone holding an
+// `ss` that notes each start in a file beside it.
+class UnconfiguredVcsTest : public VcsTest {
+ protected:
+  void UseSsOnPath(const std::string& text) {
+    std::string body = "#!/bin/sh\n# " + text + "\nprintf '%s\\n' \"$QUORVEX_COMMAND_LINE\" >>'" +
+                       bin_.Join("started") + "'\n";
+    std::string ss = bin_.Write("ss", body);
+    ASSERT_EQ(chmod(ss.c_str(), 0755), 0);
+  }
+  std::string Starts() const { return qvtest::ReadFileBytes(bin_.Join("started")); }
+
+  qvtest::TempDir bin_;
+  qvtest::ScopedEnv client_{"QUORVEX_SS_CLIENT", nullptr};
+  qvtest::ScopedEnv path_{"PATH", bin_.path().c_str()};
+};
+
+TEST_F(UnconfiguredVcsTest, NetworkToolOnPathIsNeverStartedAndEveryOperationFails) {
+  UseSsOnPath("ss utility, iproute2-6.1.0");
+  std::string path = AddModuleFile("abc.mo", /*read_only=*/true);
+
+  EXPECT_EQ(VcsCheckOut(path.c_str()), 0);
+  EXPECT_EQ(host_.errors(), std::vector<std::string>{kNoClient});
+  EXPECT_EQ(VcsCheckOut(path.c_str()), 0);
+  EXPECT_EQ(VcsAdd(path.c_str(), "new"), 0);
+  EXPECT_EQ(VcsCheckIn(path.c_str(), "done"), 0);
+  EXPECT_EQ(VcsRemove(path.c_str()), 0);
+  EXPECT_EQ(VcsSetCurrentProject((profile_ + "\\modules").c_str()), 0);
+  RecordList* list = nullptr;
+  EXPECT_EQ(VcsListProjects(&list), 0);
+  EXPECT_EQ(list, nullptr);
+
+  EXPECT_EQ(host_.errors().size(), 1u);  // said once
+  EXPECT_EQ(Starts(), "");
+  EXPECT_TRUE(qv::IsReadOnly(path));
+  EXPECT_EQ(GetFileStatus(path.c_str()), 0u);
+  EXPECT_EQ(EngineTempFiles(), 0);
+  // The runner refuses too, whoever asks it.
+  EXPECT_EQ(RunCommand("ss checkout abc.mo", modules_.c_str(), 0, "", QV_NO_FILE), ENOENT);
+  EXPECT_EQ(Starts(), "");
+}
+
+TEST_F(UnconfiguredVcsTest, NoSsOnPathFailsWithTheSameMessage) {
+  std::string path = AddModuleFile("abc.mo", /*read_only=*/true);
+  EXPECT_EQ(VcsCheckOut(path.c_str()), 0);
+  EXPECT_EQ(host_.errors(), std::vector<std::string>{kNoClient});
+}
+
+TEST_F(UnconfiguredVcsTest, WithVersionControlOffNothingChanges) {
+  UseSsOnPath("iproute2");
+  TurnVersionControlOff();
+  std::string path = AddModuleFile("abc.mo", /*read_only=*/true);
+  EXPECT_EQ(VcsCheckOut(path.c_str()), 1);
+  EXPECT_EQ(VcsAdd(path.c_str(), "new"), 1);
+  EXPECT_EQ(VcsCheckIn(path.c_str(), "done"), 1);
+  EXPECT_EQ(VcsRemove(path.c_str()), 1);
+  EXPECT_TRUE(host_.boxes().empty());
+  EXPECT_EQ(Starts(), "");
+}
+
+TEST_F(UnconfiguredVcsTest, SsOnPathWithoutTheMarkerIsTheClient) {
+  UseSsOnPath("a SourceSafe client");
+  std::string path = AddModuleFile("abc.mo", /*read_only=*/true);
+
+  EXPECT_EQ(VcsCheckOut(path.c_str()), 1);
+
+  EXPECT_EQ(Starts(), "ss cp \\Proj\\modules\nss checkout abc.mo\n");
+  EXPECT_TRUE(host_.boxes().empty());
+  EXPECT_EQ(GetFileStatus(path.c_str()), FS_CHECKED_OUT);
 }
 
 // --- Remove, check-in, add ---------------------------------------------

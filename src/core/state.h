@@ -36,8 +36,9 @@ struct EngineState {
   uint32_t orvik_handles[5] = {0, 0, 0, 0, 0};
 
   // Error reporting.
-  bool message_box_switch = true;       // re-armed at each open
-  bool host_message_box_switch = true;  // never re-armed
+  bool message_box_switch = true;            // re-armed at each open
+  bool host_message_box_switch = true;       // never re-armed
+  bool vcs_client_missing_reported = false;  // said once per process
 
   // Reading profile text.
   char parse_file[QV_PATH_SIZE] = "";

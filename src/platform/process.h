@@ -8,8 +8,15 @@ namespace qv {
 
 class File;
 
+// The program that the command word "ss" starts: $QUORVEX_SS_CLIENT when
+// set, else the `ss` found on PATH when it is not iproute2's network tool
+// (its file is read for the text "iproute2", never run). Empty when there is
+// no client. Decided once per process (again only if PATH changes).
+std::string VersionControlClient();
+
 // Runs a Windows-style command line: its first word names the program (the
-// word "ss" is replaced by $QUORVEX_SS_CLIENT when that is set), the rest is
+// word "ss" is replaced by VersionControlClient(); when there is none,
+// nothing is started and the result is ENOENT), the rest is
 // split into arguments by the Windows rules (double quotes group and are
 // removed). The child gets the whole command line in the environment
 // variable QUORVEX_COMMAND_LINE, runs in working_directory (empty: the

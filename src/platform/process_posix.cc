@@ -16,6 +16,7 @@
 #include "platform/file.h"
 #include "platform/fs.h"
 #include "platform/process.h"
+#include "platform/program_path.h"
 
 extern char** environ;
 
@@ -38,51 +39,6 @@ bool EqualNoCase(const std::string& a, const char* b) {
     if (c != b[i]) return false;
   }
   return true;
-}
-
-// 0 when path names a program that can be run, else the errno that says why not.
-int CheckProgram(const std::string& path) {
-  struct stat st;
-  if (stat(path.c_str(), &st) != 0) return errno;
-  if (S_ISDIR(st.st_mode) || (st.st_mode & 0111) == 0) return EACCES;
-  return 0;
-}
-
-std::string Absolute(const std::string& path) {
-  if (!path.empty() && path[0] == '/') return path;
-  std::vector<char> cwd(4096);
-  if (getcwd(cwd.data(), cwd.size()) == nullptr) return path;
-  return std::string(cwd.data()) + "/" + path;
-}
-
-// The file to execute for a program word, or the errno of the failure.
-// Like CreateProcess, a relative path counts from the caller's folder, not
-// from the child's.
-int FindProgram(const std::string& word, std::string* path) {
-  if (word.empty()) return ENOENT;
-  if (word.find_first_of("/\\") != std::string::npos) {
-    *path = Absolute(ResolvePath(word));
-    return CheckProgram(*path);
-  }
-  const char* search = getenv("PATH");
-  std::string dirs = search != nullptr ? search : "/usr/local/bin:/usr/bin:/bin";
-  int result = ENOENT;
-  size_t start = 0;
-  for (;;) {
-    size_t end = dirs.find(':', start);
-    std::string dir =
-        dirs.substr(start, end == std::string::npos ? std::string::npos : end - start);
-    std::string candidate = (dir.empty() ? std::string(".") : dir) + "/" + word;
-    int code = CheckProgram(candidate);
-    if (code == 0) {
-      *path = Absolute(candidate);
-      return 0;
-    }
-    if (code == EACCES) result = EACCES;  // found, but not runnable: say so unless a later one runs
-    if (end == std::string::npos) break;
-    start = end + 1;
-  }
-  return result;
 }
 
 std::vector<std::string> ChildEnvironment(const std::string& command_line) {
@@ -168,8 +124,9 @@ int RunProcess(const std::string& command_line, const std::string& working_direc
   std::vector<std::string> args = SplitCommandLine(command_line);
   if (args.empty()) return ENOENT;
   if (EqualNoCase(args[0], "ss")) {
-    const char* client = getenv("QUORVEX_SS_CLIENT");
-    if (client != nullptr && *client != '\0') args[0] = client;
+    // Never a program that merely shares the client's name.
+    args[0] = VersionControlClient();
+    if (args[0].empty()) return ENOENT;
   }
   std::string program;
   int code = FindProgram(args[0], &program);

@@ -54,6 +54,7 @@ int CheckOutRefused(const VcsFileParts& parts, const char* path, const char* che
 
 extern "C" int VcsSetCurrentProject(const char* directory) {
   if (qv::VcsIsOff()) return 1;
+  if (!qv::VcsClientReady()) return 0;
   std::string folder = directory != nullptr ? directory : "";
   if (!folder.empty() && qv::IsSeparator(folder.back())) folder.pop_back();
   size_t last = folder.find_last_of("\\/");
@@ -74,6 +75,7 @@ extern "C" int VcsCheckOut(const char* path) {
     return 1;
   }
   if ((GetFileStatus(path) & FS_CHECKED_OUT) != 0) return 1;
+  if (!qv::VcsClientReady()) return 0;
 
   qv::VcsFileParts parts = qv::SplitVcsPath(path);
   VcsSetCurrentProject(parts.directory.c_str());

@@ -15,6 +15,7 @@ constexpr int kRefusedExitCode = 100;
 
 extern "C" int VcsRemove(const char* path) {
   if (qv::VcsIsOff()) return 1;
+  if (!qv::VcsClientReady()) return 0;
   qv::VcsFileParts parts = qv::SplitVcsPath(path);
   char command[QV_LINE_SIZE];
   snprintf(command, sizeof command, "ss remove %s", parts.file_name.c_str());
@@ -25,6 +26,7 @@ extern "C" int VcsRemove(const char* path) {
 
 extern "C" int VcsCheckIn(const char* path, const char* comment) {
   if (qv::VcsIsOff()) return 1;
+  if (!qv::VcsClientReady()) return 0;
   qv::VcsFileParts parts = qv::SplitVcsPath(path);
   char command[QV_LINE_SIZE];
   snprintf(command, sizeof command, "ss checkin %s -c\"%s\"", parts.file_name.c_str(),
@@ -38,6 +40,7 @@ extern "C" int VcsCheckIn(const char* path, const char* comment) {
 // taken as done.
 extern "C" int VcsAdd(const char* path, const char* comment) {
   if (qv::VcsIsOff()) return 1;
+  if (!qv::VcsClientReady()) return 0;
   qv::VcsFileParts parts = qv::SplitVcsPath(path);
   char command[QV_LINE_SIZE];
   snprintf(command, sizeof command, "ss add %s -c\"%s\"", parts.file_name.c_str(),

@@ -39,6 +39,7 @@ void AppendProject(RecordList* list, const char* line) {
 }  // namespace qv
 
 extern "C" int VcsListProjects(RecordList** listOut) {
+  if (!qv::VcsClientReady()) return 0;
   char temp_path[QV_PATH_SIZE];
   QvFile output = QV_NO_FILE;
   if (!CreateTempFile(temp_path, &output)) {

@@ -11,6 +11,14 @@
 
 namespace qv {
 
+namespace {
+
+constexpr char kNoClientMessage[] =
+    "No version-control client is configured: set QUORVEX_SS_CLIENT to the SourceSafe "
+    "command-line client.";
+
+}  // namespace
+
 VcsFileParts SplitVcsPath(const char* path) {
   std::string drive;
   VcsFileParts parts;
@@ -21,6 +29,17 @@ VcsFileParts SplitVcsPath(const char* path) {
 
 bool VcsIsOff() {
   return (State().profile_flags & OPEN_NO_VCS) != 0;
+}
+
+bool VcsClientReady() {
+  if (!VersionControlClient().empty()) return true;
+  // Every operation fails from here on; one message says why, and how to
+  // fix it.
+  if (!State().vcs_client_missing_reported) {
+    State().vcs_client_missing_reported = true;
+    ReportError(kNoClientMessage, 0);
+  }
+  return false;
 }
 
 void ReportCommandFailed(const char* command) {

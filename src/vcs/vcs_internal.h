@@ -22,6 +22,11 @@ bool VcsIsOff();
 constexpr int kShowMinimised = 1;
 constexpr int kShowNormal = 0;
 
+// True when there is a version-control client to run (see
+// VersionControlClient). Otherwise false, and the first time it says so the
+// missing client is reported.
+bool VcsClientReady();
+
 // Reports "Source Safe command \"%s\" failed." for a command line.
 void ReportCommandFailed(const char* command);
 
