@@ -15,6 +15,7 @@
 #include "quorvex/quorvex.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
+#include "support/fake_ss.h"
 #include "support/profiles.h"
 #include "support/scripted_host.h"
 
@@ -132,7 +133,7 @@ TEST_F(OpenProfileTest, StoredProjectIsUsedOnlyForTheStoredPath) {
 }
 
 TEST_F(OpenProfileTest, VersionControlWithoutProjectAsksAgain) {
-  setenv("QUORVEX_SS_CLIENT", "/bin/true", 1);  // an empty project listing
+  qvtest::FakeSs ss;  // an empty project listing
   host_.AnswerDialog([](QuorvexOpenProfileRequest* r) {
     r->versionControl = 0;  // the person switches version control off
     return true;
@@ -146,7 +147,6 @@ TEST_F(OpenProfileTest, VersionControlWithoutProjectAsksAgain) {
   ASSERT_EQ(host_.dialogs().size(), 1u);
   EXPECT_STREQ(host_.dialogs()[0].message, "Please Select a Profile...");
   EXPECT_EQ(flags_ & OPEN_NO_VCS, OPEN_NO_VCS);
-  unsetenv("QUORVEX_SS_CLIENT");
 }
 
 TEST_F(OpenProfileTest, StoredProjectOpensWithVersionControl) {
@@ -157,6 +157,7 @@ TEST_F(OpenProfileTest, StoredProjectOpensWithVersionControl) {
 }
 
 TEST_F(OpenProfileTest, NoRegistryEntryAndVersionControlShowsTheEnterPathDialog) {
+  qvtest::FakeSs ss;  // the dialog lists the projects
   host_.AnswerDialog([](QuorvexOpenProfileRequest*) { return false; });
   EXPECT_EQ(Open(profile_, OPEN_MASTER), 0);
   ASSERT_EQ(host_.dialogs().size(), 1u);
@@ -245,6 +246,7 @@ TEST_F(OpenProfileTest, DialogWithoutKindReportsTheProgrammingError) {
 }
 
 TEST_F(OpenProfileTest, DialogTurnsControlsIntoFlags) {
+  qvtest::FakeSs ss;                                   // the dialog lists the projects
   uint32_t flags = OPEN_MASTER | OPEN_SILENT | 0x100;  // unknown bits are kept
   char path[QV_PATH_SIZE] = "p";
   char project[QV_PATH_SIZE] = "";
