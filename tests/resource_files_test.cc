@@ -297,6 +297,9 @@ class ResourceFilesVcsTest : public ResourceFilesTest {
     ASSERT_STREQ(QvOpenProfileProject(), "Proj");
     ss_.ClearCalls();
   }
+  // Closing runs version-control commands too: close while the fake client
+  // is still in place, not after it is gone.
+  void TearDown() override { CloseMasterProfile(); }
   qvtest::FakeSs ss_;
 };
 
