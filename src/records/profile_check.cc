@@ -2,92 +2,267 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <cstring>
+#include <map>
+#include <memory>
 
+#include "core/report_capture.h"
 #include "core/state.h"
+#include "platform/file.h"
 #include "profile/profile_files.h"
-#include "quorvex/report.h"
 #include "quorvex/text.h"
+#include "records/file_sections.h"
+#include "records/file_text_scan.h"
 #include "records/kind_api.h"
+#include "records/profile_references.h"
 #include "records/record_codec.h"
+#include "records/record_members.h"
 
 namespace qv {
 namespace {
 
-// The section names of a file, in order, as its headers spell them.
-std::vector<std::string> SectionsOf(QvFile file) {
-  std::vector<std::string> sections;
-  char line[QV_LINE_SIZE];
-  while (ReadProfileLine(file, line, sizeof line)) {
-    char* cursor = line;
-    SkipBlanks(&cursor);
-    if (*cursor != '[') continue;
-    char* end = strchr(cursor + 1, ']');
-    sections.emplace_back(cursor + 1, end != nullptr ? end : cursor + strlen(cursor));
+// Kinds whose lines are key=value: a line without "=" has neither, and a
+// rewrite would write it back as a bare "=".
+constexpr const char* kKeyValueKinds[] = {"Strings", "Remove Strings"};
+
+bool IsKeyValueKind(const char* code) {
+  for (const char* kind : kKeyValueKinds) {
+    if (strcasecmp(kind, code) == 0) return true;
   }
-  return sections;
+  return false;
 }
 
-// The schema of the records in a file kind's section, when one is known.
-const KindSchema* SchemaOf(const char* file_kind, const std::string& section) {
+bool ReadBytes(const std::string& path, std::string* bytes) {
+  std::unique_ptr<File> file(File::Open(path, OpenMode::kReadExisting));
+  if (file == nullptr) return false;
+  char block[1 << 16];
+  for (;;) {
+    long got = file->Read(block, sizeof block);
+    if (got < 0) return false;
+    if (got == 0) return true;
+    bytes->append(block, static_cast<size_t>(got));
+  }
+}
+
+// The operations of the kind whose records live in the section of a file
+// of this catalogue kind, when the kind is described.
+const KindApi* ApiOf(const char* file_kind, const std::string& section) {
   for (const KindApi* api : AllKindApis()) {
     const KindInfo& kind = *api->schema->kind;
     if (strcasecmp(kind.file_kind, file_kind) == 0 &&
         strcasecmp(kind.section, section.c_str()) == 0) {
-      return api->schema;
+      return api;
     }
   }
   return nullptr;
 }
 
-void CheckSection(QvFile file, const char* path, const std::string& section,
-                  const KindSchema* schema, CheckedFile* checked) {
-  // Counting from the file's start again makes the reported line numbers
-  // the lines' places in the file.
-  SetParseFile(path);
-  if (!FindSection(file, section.c_str())) return;
-  char line[QV_LINE_SIZE];
-  uint32_t flags = 0;
-  while (ReadRecordLine(file, line, &flags, State().comment_mode)) {
-    ++checked->records;
-    if (schema == nullptr) continue;
-    void* record = NewRecord(*schema);
-    DecodeRecordLine(*schema, line, record);
+// The code of the kind whose section it is, described or not; the class of
+// reader messages when no kind lives there.
+const char* KindCodeOf(const char* file_kind, const std::string& section) {
+  for (const KindInfo& kind : AllKindInfo()) {
+    if (strcasecmp(kind.file_kind, file_kind) == 0 &&
+        strcasecmp(kind.section, section.c_str()) == 0) {
+      return kind.code;
+    }
+  }
+  return kParseProblem;
+}
+
+class FileChecker {
+ public:
+  FileChecker(const std::string& path, const char* file_kind, ReferenceIndex* references)
+      : path_(path), file_kind_(file_kind), references_(references) {}
+
+  std::vector<ProfileProblem> Run(CheckedFile* summary) {
+    summary->path = path_;
+    summary->kind = file_kind_;
+    std::string bytes;
+    if (!ReadBytes(path_, &bytes)) {
+      Add(0, kFileProblem, "cannot open or read the file");
+      return Finish(summary);
+    }
+    scan_ = ScanFileText(path_, bytes);
+    problems_ = scan_.problems;
+    summary->sections = static_cast<int>(scan_.headers.size());
+    CheckSectionNames();
+    // Learning which sections the kind holds asks the writer, whose
+    // complaints about kinds without a header template are not about this file.
+    taken_ = capture_.problems().size();
+    QvFile file = QvOpenFileForRead(path_.c_str());
+    if (!QvFileIsOpen(file)) {
+      Add(0, kFileProblem, "cannot open the file");
+      return Finish(summary);
+    }
+    std::vector<std::string> done;
+    for (const SectionHeader& header : scan_.headers) {
+      // A section found again under the same name is the first one again.
+      bool seen = false;
+      for (const std::string& d : done)
+        seen = seen || strcasecmp(d.c_str(), header.name.c_str()) == 0;
+      if (seen) continue;
+      done.push_back(header.name);
+      CheckSection(file, header.name);
+    }
+    QvCloseFile(file);
+    return Finish(summary);
+  }
+
+ private:
+  void Add(int line, const char* kind, std::string text) {
+    problems_.push_back({path_, line, kind, std::move(text)});
+  }
+
+  std::vector<ProfileProblem> Finish(CheckedFile* summary) {
+    std::stable_sort(
+        problems_.begin(), problems_.end(),
+        [](const ProfileProblem& a, const ProfileProblem& b) { return a.line < b.line; });
+    summary->records = records_;
+    summary->problems = static_cast<int>(problems_.size());
+    return std::move(problems_);
+  }
+
+  // Record lines in a section no kind of the file reads, or in a second
+  // section of a name the reader finds only the first of, are read by
+  // nothing. A section of comments alone is a note and harms nothing.
+  void CheckSectionNames() {
+    bool known = !HeldSections(file_kind_.c_str()).empty();
+    std::map<std::string, int> first;
+    for (const SectionHeader& header : scan_.headers) {
+      auto [at, fresh] = first.emplace(Folded(header.name), header.line);
+      if (header.record_lines == 0) continue;
+      std::string lines = std::to_string(header.record_lines) +
+                          (header.record_lines == 1 ? " record line" : " record lines");
+      if (!fresh) {
+        Add(header.line, kSectionProblem,
+            "section [" + header.name + "] again (first at line " + std::to_string(at->second) +
+                "): its " + lines + " are never read");
+      } else if (known && !HoldsSection(file_kind_.c_str(), header.name)) {
+        Add(header.line, kSectionProblem,
+            "section [" + header.name + "] is not one a " + file_kind_ + " file holds: its " +
+                lines + " are read by nothing");
+      }
+    }
+  }
+
+  // Every report made since the last call becomes a problem of the kind,
+  // placed on its line in the file (the record's line when the report
+  // named none).
+  void TakeReports(const char* kind, int line) {
+    const std::vector<ReportedProblem>& reports = capture_.problems();
+    for (; taken_ < reports.size(); ++taken_) {
+      const ReportedProblem& report = reports[taken_];
+      int at = report.file == path_ && report.line > 0 ? PhysicalLine(scan_, report.line) : line;
+      Add(at, kind, report.message);
+    }
+  }
+
+  void CheckSection(QvFile file, const std::string& section) {
+    // Counting from the file's start again makes the reader's line numbers
+    // count from the top of the file.
+    SetParseFile(path_.c_str());
+    if (!FindSection(file, section.c_str())) return;
+    const KindApi* api = ApiOf(file_kind_.c_str(), section);
+    const char* kind =
+        api != nullptr ? api->schema->kind->code : KindCodeOf(file_kind_.c_str(), section);
+    std::vector<const MemberSpec*> keys;
+    if (api != nullptr) keys = KeyMembers(*api);
+    std::map<std::string, int> key_lines;
+    char line[QV_LINE_SIZE];
+    uint32_t flags = 0;
+    int cut_line = 0;
+    for (;;) {
+      uint64_t cuts = CutLineCount();
+      bool got = ReadRecordLine(file, line, &flags, State().comment_mode) == 1;
+      int here = PhysicalLine(scan_, State().parse_line);
+      TakeReports(kind, here);
+      // The reader ends a section early at a broken comment continuation.
+      if (!got) return;
+      ++records_;
+      // The pieces of a line the reader cut are not records; the line is
+      // reported as too long or as holding a byte that is not text.
+      if (CutLineCount() != cuts) cut_line = here;
+      if (here == cut_line) continue;
+      if (IsKeyValueKind(kind) && strchr(line, '=') == nullptr) {
+        Add(here, kMessageProblem, "message line without \"=\"");
+      }
+      if (api != nullptr) CheckRecord(*api, line, flags, here, keys, &key_lines);
+    }
+  }
+
+  void CheckRecord(const KindApi& api, char* line, uint32_t flags, int here,
+                   const std::vector<const MemberSpec*>& keys,
+                   std::map<std::string, int>* key_lines) {
+    const KindSchema& schema = *api.schema;
+    void* record = NewRecord(schema);
+    if (record == nullptr) return;
+    RecordFlagsOf(schema, record) = flags;
+    if (schema.set_owner != nullptr) schema.set_owner(record, "", "");
+    DecodeRecordLine(schema, line, record);
+    TakeReports(schema.kind->code, here);
+    std::string key;
+    std::string shown;
+    bool empty = true;
+    for (const MemberSpec* member : keys) {
+      std::string text = MemberText(*member, record);
+      empty = empty && text.empty();
+      key += Folded(text) + '\x1f';
+      shown += std::string(shown.empty() ? "" : " ") + member->name + "=\"" + text + "\"";
+    }
+    // A record without a key (a message line without "=") is reported as such.
+    if (!keys.empty() && !empty) {
+      auto [at, fresh] = key_lines->emplace(key, here);
+      if (!fresh) {
+        Add(here, kDuplicateProblem,
+            std::string(schema.kind->code) + " " + shown + " again (first at line " +
+                std::to_string(at->second) + ")");
+      }
+    }
+    if (references_ != nullptr) references_->Note(schema, record, path_, here);
     FreeRecord(record);
   }
-}
+
+  std::string path_;
+  std::string file_kind_;
+  ReferenceIndex* references_;
+  // Reports stay out of the log and the boxes: they are this check's result.
+  ReportCapture capture_{/*quiet=*/true};
+  size_t taken_ = 0;
+  FileTextScan scan_;
+  std::vector<ProfileProblem> problems_;
+  int records_ = 0;
+};
 
 }  // namespace
 
-std::vector<CheckedFile> CheckProfileFiles() {
-  std::vector<CheckedFile> result;
+bool RewriteWouldLose(const ProfileProblem& problem) {
+  const std::string& kind = problem.kind;
+  return kind == kTextProblem || kind == kLongProblem || kind == kMessageProblem ||
+         kind == kParseProblem || FindKindInfo(kind.c_str()) != nullptr;
+}
+
+std::vector<ProfileProblem> CheckProfileFile(const std::string& path, const char* file_kind,
+                                             CheckedFile* summary) {
+  CheckedFile ignored;
+  return FileChecker(path, file_kind, nullptr).Run(summary != nullptr ? summary : &ignored);
+}
+
+ProfileCheck CheckProfile() {
+  ProfileCheck check;
+  ReferenceIndex references;
   for (const ProfileFileFound& found : ListProfileFiles(State().profile_path)) {
-    CheckedFile checked;
-    checked.path = found.path;
-    QvFile file = QvOpenFileForRead(found.path.c_str());
-    if (!QvFileIsOpen(file)) {
-      char text[QV_LINE_SIZE];
-      snprintf(text, sizeof text, "Cannot open input file %s.", found.path.c_str());
-      ReportError(text, 0);
-      result.push_back(checked);
-      continue;
-    }
-    SetParseFile(found.path.c_str());
-    std::vector<std::string> sections = SectionsOf(file);
-    checked.sections = static_cast<int>(sections.size());
-    std::vector<std::string> done;
-    for (const std::string& section : sections) {
-      // A section found again under the same name is the first one again.
-      bool seen = false;
-      for (const std::string& d : done) seen = seen || strcasecmp(d.c_str(), section.c_str()) == 0;
-      if (seen) continue;
-      done.push_back(section);
-      CheckSection(file, found.path.c_str(), section, SchemaOf(found.kind, section), &checked);
-    }
-    QvCloseFile(file);
-    result.push_back(checked);
+    CheckedFile summary;
+    std::vector<ProfileProblem> problems =
+        FileChecker(found.path, found.kind, &references).Run(&summary);
+    check.files.push_back(summary);
+    check.problems.insert(check.problems.end(), problems.begin(), problems.end());
   }
-  return result;
+  for (ProfileProblem& problem : references.Unresolved()) {
+    for (CheckedFile& file : check.files) file.problems += file.path == problem.file;
+    check.problems.push_back(std::move(problem));
+  }
+  return check;
 }
 
 }  // namespace qv

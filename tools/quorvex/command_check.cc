@@ -1,5 +1,5 @@
-// quorvex check: read every file of a Master Profile and report every
-// problem with its file and line.
+// quorvex check: read every file of a Master Profile and print every
+// problem with its file and line. Silence means the profile is clean.
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -11,10 +11,31 @@
 namespace qvtool {
 namespace {
 
+constexpr char kDescription[] =
+    "read every file of the profile, report every problem\n"
+    "One line per problem: PATH:LINE: KIND: TEXT (--json: an array of\n"
+    "{file, line, kind, text}); nothing when the profile is clean. KIND is\n"
+    "the record kind code (AD, LO, ...) for what the reader and the field\n"
+    "parsers say about a record line, or a class:\n"
+    "  outside    a line before the first section header\n"
+    "  section    record lines in a section the file's kind does not hold,\n"
+    "             or in a repeated section the reader never reaches\n"
+    "  text       bytes that are not text (control characters but tab; a\n"
+    "             carriage return only right before the line feed)\n"
+    "  long       a line the reader cannot take whole (5023 bytes or more)\n"
+    "  parse      a reader message in a section of no known kind\n"
+    "  message    a message line (Strings, Remove Strings) without \"=\"\n"
+    "  duplicate  a key met twice within a kind in one file\n"
+    "  reference  a reference naming no record of the profile\n"
+    "  file       a file that cannot be read\n"
+    "-v adds a summary line per file. Exit status 1 when anything is found.";
+
 class CheckCommand : public Command {
  public:
   CLI::App* Register(CLI::App& app) override {
-    return app.add_subcommand("check", "read every file of the profile, report every error");
+    CLI::App* sub = app.add_subcommand("check", kDescription);
+    sub->add_flag("-v,--verbose", verbose_, "print a summary line per file");
+    return sub;
   }
 
   int Run(const GlobalOptions& options) override {
@@ -23,26 +44,32 @@ class CheckCommand : public Command {
       return kExitUsage;
     }
     if (!OpenProfile(options, false)) return kExitFailed;
-    int before = ReportedErrorCount();
-    std::vector<qv::CheckedFile> files = qv::CheckProfileFiles();
-    int errors = ReportedErrorCount() - before;
+    qv::ProfileCheck check = qv::CheckProfile();
     if (options.json) {
-      nlohmann::ordered_json j;
-      j["errors"] = errors;
-      j["files"] = nlohmann::ordered_json::array();
-      for (const qv::CheckedFile& f : files) {
-        j["files"].push_back({{"path", f.path}, {"sections", f.sections}, {"records", f.records}});
+      nlohmann::ordered_json out = nlohmann::ordered_json::array();
+      for (const qv::ProfileProblem& p : check.problems) {
+        out.push_back({{"file", p.file}, {"line", p.line}, {"kind", p.kind}, {"text", p.text}});
       }
-      std::cout << j.dump(2) << "\n";
+      std::cout << out.dump(2) << "\n";
     } else {
-      for (const qv::CheckedFile& f : files) {
-        std::cout << f.path << ": " << f.sections << " sections, " << f.records << " records\n";
+      for (const qv::ProfileProblem& p : check.problems) {
+        std::cout << p.file << ":" << p.line << ": " << p.kind << ": " << p.text << "\n";
       }
-      std::cout << files.size() << " files read, " << errors
-                << (errors == 1 ? " problem" : " problems") << " reported\n";
     }
-    return errors == 0 ? kExitOk : kExitFailed;
+    if (verbose_) {
+      // The summary goes with the diagnostics, so that --json output stays
+      // one document.
+      std::ostream& out = options.json ? std::cerr : std::cout;
+      for (const qv::CheckedFile& f : check.files) {
+        out << f.path << ": " << f.sections << " sections, " << f.records << " records, "
+            << f.problems << (f.problems == 1 ? " problem" : " problems") << "\n";
+      }
+    }
+    return check.problems.empty() ? kExitOk : kExitFailed;
   }
+
+ private:
+  bool verbose_ = false;
 };
 
 }  // namespace

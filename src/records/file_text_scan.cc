@@ -1,0 +1,119 @@
+#include "records/file_text_scan.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "quorvex/base.h"
+
+namespace qv {
+namespace {
+
+// The reader takes at most this many bytes at once: a line whose bytes
+// before the line feed fill them is cut, and the byte after them is lost.
+constexpr size_t kReadSize = QV_LINE_SIZE - 1;
+
+bool IsBlankByte(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
+}
+
+bool IsTextByte(unsigned char c) {
+  return c == '\t' || (c >= 0x20 && c != 0x7F);
+}
+
+std::string Describe(unsigned char c) {
+  char text[8];
+  snprintf(text, sizeof text, "0x%02X", c);
+  return text;
+}
+
+// Replays the reader over the bytes: each read takes up to kReadSize bytes,
+// ends at the first line feed or NUL byte, and the next read starts one
+// byte past that end.
+std::vector<int> ReaderLines(const std::string& bytes) {
+  std::vector<int> lines;
+  size_t position = 0;
+  size_t counted = 0;  // bytes whose line feeds are in `line`
+  int line = 1;
+  while (position < bytes.size()) {
+    for (; counted < position; ++counted) line += bytes[counted] == '\n';
+    lines.push_back(line);
+    size_t length = std::min(kReadSize, bytes.size() - position);
+    const char* start = bytes.data() + position;
+    size_t end = 0;
+    while (end < length && start[end] != '\n' && start[end] != '\0') ++end;
+    position += end + 1;
+  }
+  return lines;
+}
+
+void Add(FileTextScan* scan, const std::string& path, int line, const char* kind,
+         std::string text) {
+  scan->problems.push_back({path, line, kind, std::move(text)});
+}
+
+void CheckBytes(FileTextScan* scan, const std::string& path, int number, const char* line,
+                size_t length, bool before_feed) {
+  if (length >= kReadSize) {
+    Add(scan, path, number, kLongProblem,
+        "line of " + std::to_string(length) + " bytes: the reader cuts lines of " +
+            std::to_string(kReadSize) + " bytes or more and loses a byte");
+  }
+  size_t first = length;
+  int count = 0;
+  for (size_t i = 0; i < length; ++i) {
+    auto c = static_cast<unsigned char>(line[i]);
+    // A carriage return belongs to the line end written on Windows.
+    if (c == '\r' && i + 1 == length && before_feed) continue;
+    if (IsTextByte(c)) continue;
+    if (count++ == 0) first = i;
+  }
+  if (count == 0) return;
+  std::string text = "byte " + Describe(static_cast<unsigned char>(line[first])) + " at column " +
+                     std::to_string(first + 1) + " is not text";
+  if (count > 1) text += " (" + std::to_string(count) + " such bytes on the line)";
+  Add(scan, path, number, kTextProblem, text);
+}
+
+}  // namespace
+
+FileTextScan ScanFileText(const std::string& path, const std::string& bytes) {
+  FileTextScan scan;
+  scan.reader_lines = ReaderLines(bytes);
+  size_t start = 0;
+  int number = 0;
+  while (start < bytes.size()) {
+    ++number;
+    size_t feed = bytes.find('\n', start);
+    bool before_feed = feed != std::string::npos;
+    size_t end = before_feed ? feed : bytes.size();
+    const char* line = bytes.data() + start;
+    size_t length = end - start;
+    CheckBytes(&scan, path, number, line, length, before_feed);
+    size_t first = 0;
+    while (first < length && IsBlankByte(line[first])) ++first;
+    if (first < length && line[first] == '[') {
+      // The reader stops at a NUL byte, so the name does too.
+      std::string rest(line + first + 1, strnlen(line + first + 1, length - first - 1));
+      size_t close = rest.find(']');
+      scan.headers.push_back({close == std::string::npos ? rest : rest.substr(0, close), number});
+    } else if (first < length && line[first] != ';') {
+      if (scan.headers.empty()) {
+        Add(&scan, path, number, kOutsideProblem, "line outside any section");
+      } else {
+        ++scan.headers.back().record_lines;
+      }
+    }
+    start = end + 1;
+  }
+  return scan;
+}
+
+int PhysicalLine(const FileTextScan& scan, int reader_line) {
+  if (reader_line < 1 || static_cast<size_t>(reader_line) > scan.reader_lines.size()) {
+    return reader_line;
+  }
+  return scan.reader_lines[reader_line - 1];
+}
+
+}  // namespace qv
