@@ -132,16 +132,15 @@ class FileChecker {
     for (const SectionHeader& header : scan_.headers) {
       auto [at, fresh] = first.emplace(Folded(header.name), header.line);
       if (header.record_lines == 0) continue;
-      std::string lines = std::to_string(header.record_lines) +
-                          (header.record_lines == 1 ? " record line" : " record lines");
+      std::string unread = "; nothing reads its " + std::to_string(header.record_lines) +
+                           (header.record_lines == 1 ? " record line" : " record lines");
       if (!fresh) {
         Add(header.line, kSectionProblem,
             "section [" + header.name + "] again (first at line " + std::to_string(at->second) +
-                "): its " + lines + " are never read");
+                ")" + unread);
       } else if (known && !HoldsSection(file_kind_.c_str(), header.name)) {
         Add(header.line, kSectionProblem,
-            "section [" + header.name + "] is not one a " + file_kind_ + " file holds: its " +
-                lines + " are read by nothing");
+            "section [" + header.name + "] is not one a " + file_kind_ + " file holds" + unread);
       }
     }
   }
