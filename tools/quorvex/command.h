@@ -27,6 +27,7 @@ struct GlobalOptions {
   std::string log;
   bool yes = false;
   bool no = false;
+  bool force = false;  // rewrite files even when they do not read as written
   bool json = false;
 };
 

@@ -1,5 +1,6 @@
 // The commands that work on records of any kind the engine knows:
 // list, get, put, delete and flags.
+#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -10,6 +11,8 @@
 #include "records/kind_api.h"
 #include "records/record_codec.h"
 #include "records/record_list.h"
+#include "records/record_members.h"
+#include "records/rewrite_check.h"
 
 namespace qvtool {
 namespace {
@@ -54,6 +57,25 @@ void PrintRecords(const GlobalOptions& options, const qv::KindSchema& schema,
   } else {
     PrintRecordTable(schema, records, std::cout);
   }
+}
+
+// The owner (the language) that picks the file of a record, for kinds kept
+// in one file per owner; empty for the others.
+std::string OwnerOf(const qv::KindApi& api, const void* record) {
+  if (api.owner_names.empty()) return "";
+  const qv::MemberSpec* member = qv::MemberForName(*api.schema, api.owner_names[0]);
+  return member != nullptr ? qv::MemberText(*member, record) : "";
+}
+
+// A file that does not read as written is not rewritten (the rewrite would
+// lose its broken lines or carry them on) unless --force says so.
+bool MayRewrite(const GlobalOptions& options, const qv::KindApi& api, const std::string& owner) {
+  if (options.force) return true;
+  std::optional<qv::ProfileProblem> problem = qv::RewriteProblem(*api.schema, owner);
+  if (!problem) return true;
+  PrintError(problem->file + ":" + std::to_string(problem->line) + ": " + problem->text);
+  PrintError(problem->file + " was left unchanged: mend it first, or --force writes anyway");
+  return false;
 }
 
 class KindCommand : public Command {
@@ -167,6 +189,17 @@ class PutCommand : public KindCommand {
       free_all();
       return kExitFailed;
     }
+    // Every file the records go to is looked at before any is changed.
+    std::vector<std::string> owners;
+    for (void* record : records) {
+      std::string owner = OwnerOf(*api, record);
+      if (std::find(owners.begin(), owners.end(), owner) != owners.end()) continue;
+      owners.push_back(owner);
+      if (!MayRewrite(options, *api, owner)) {
+        free_all();
+        return kExitFailed;
+      }
+    }
     int status = kExitOk;
     std::vector<void*> stored;
     for (void* record : records) {
@@ -204,6 +237,7 @@ class DeleteCommand : public KindCommand {
     if (api == nullptr) return kExitUsage;
     if (!KeysFit(*api, key_)) return kExitUsage;
     if (!OpenProfile(options, true)) return kExitFailed;
+    if (!MayRewrite(options, *api, api->owner_names.empty() ? "" : key_[0])) return kExitFailed;
     if (!api->remove(key_)) {
       PrintError(std::string("nothing deleted: no ") + api->schema->kind->code +
                  " record with that key, or the engine refused");

@@ -22,6 +22,8 @@ int main(int argc, char** argv) {
   auto* yes = app.add_flag("--yes", options.yes, "answer Yes to every question");
   auto* no = app.add_flag("--no", options.no, "answer No to every question");
   yes->excludes(no);
+  app.add_flag("--force", options.force,
+               "put and delete rewrite a file even when it does not read as written");
   app.add_flag("--json", options.json, "print JSON instead of tables");
 
   std::vector<std::unique_ptr<qvtool::Command>> commands;
