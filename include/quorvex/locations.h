@@ -16,8 +16,12 @@
  * An Orvik profile keeps both kinds in its tables LO and IL.
  *
  * Keys compare without regard to case. A location is named by its name and
- * version; an empty (or NULL) version stands for any version, so the first
- * location with that name is taken. The profile's locations are read when
+ * version. A location with exactly the key given always wins; an empty (or
+ * NULL) version reaches the other versions of the name only when no
+ * location has the empty version: then get, find, put and path building
+ * take the first location of that name, and delete removes every location
+ * of that name. A non-empty version never reaches a location whose version
+ * differs. The profile's locations are read when
  * it is opened and written back when a locked profile is closed; every
  * change made through this family keeps that list up to date. */
 #ifndef QUORVEX_LOCATIONS_H_
@@ -109,14 +113,23 @@ QV_API int MPGetLOCompleteList(LOList** listOut, uint32_t mode);
 QV_API int MPGetLO(const char* name, const char* version, LORecord** recordOut);
 /* Adds the location, or replaces the stored one with the same name and
  * version (the stored name and version survive). In an Orvik profile the
- * rows with that key are replaced by the record's row. */
+ * record's row is inserted as it is: nothing is replaced. A record whose
+ * line could not read back as given (a text with a line break, a text
+ * ending in a caret, ...) is refused before anything is written. */
 QV_API int MPPutLO(LORecord* record);
 /* Merges every location of the list into the stored ones and rewrites the
  * file. */
 QV_API int MPPutLOCompleteList(LOList* list);
-/* Deletes every location with that name and version; 0 without a message
- * when there is none. Child locations are kept. */
+/* Deletes every location with that name and version, after the records
+ * that refer to it (MPUpdateLOReferences); 0 without a message when there is
+ * none. Child locations are kept. */
 QV_API int MPDeleteLO(const char* name, const char* version);
+/* The records of other kinds that name the location: mode 0x80000000
+ * deletes them, 0x20000000 makes them name (newName, newVersion); any other
+ * mode does nothing. Returns 1, or 0 when a reference could not be
+ * followed (reported). */
+QV_API int MPUpdateLOReferences(const char* name, const char* version, uint32_t mode,
+                                const char* newName, const char* newVersion);
 /* Copies source into a new record handed out in *recordInOut. With mode 1
  * and a stored record in *recordInOut the copy keeps the stored name,
  * version and line number and, when a list is given, takes the stored
@@ -155,7 +168,10 @@ QV_API int MPGetILCompleteList(ILList** listOut, uint32_t mode);
 QV_API int MPGetIL(const char* name, ILRecord** recordOut);
 QV_API int MPPutIL(ILRecord* record);
 QV_API int MPPutILCompleteList(ILList* list);
+/* Deletes the icon location after the records that refer to it. */
 QV_API int MPDeleteIL(const char* name);
+/* As MPUpdateLOReferences, for the records that name an icon location. */
+QV_API int MPUpdateILReferences(const char* name, uint32_t mode, const char* newName);
 QV_API int MPCopyIL(ILRecord** recordInOut, const ILRecord* source, int mode, ILList* list);
 /* An empty name takes the next icon location whatever it is. */
 QV_API int MPFindILNode(const char* name, ILList* list, ILRecord** recordOut);

@@ -14,9 +14,6 @@
 namespace qv {
 namespace {
 
-constexpr uint32_t kDeleteReferences = 0x80000000u;
-constexpr uint32_t kUpdateReferences = 0x20000000u;
-
 KindSchema MakeAdSchema() {
   KindSchema schema = {
       FindKindInfo("AD"),

@@ -9,6 +9,7 @@
 #include "records/family_io.h"
 #include "records/keyed_family.h"
 #include "records/location_family.h"
+#include "records/reference_hooks.h"
 
 namespace qv {
 namespace {
@@ -28,10 +29,13 @@ struct IlTraits {
   static constexpr const char* kDeleteFailed =
       "Cannot delete IL record from Orvik shipping profile.";
   static constexpr const char* kNotForOrvik = "ILs not implemented in QUORVEX for Orvik";
+  static constexpr const char* kReferencesRemain =
+      "Cannot delete all references to this IL, therefore cannot delete it.";
 
   static const KindSchema& Schema() { return IlSchema(); }
   static Key KeyOf(const ILRecord& r) { return {r.row.Name}; }
   static bool IsEmpty(const Key& key) { return IsEmptyText(key.name); }
+  static Key ForList(RecordList*, const Key& key) { return key; }
   static bool Matches(const ILRecord& r, const Key& key) {
     return EqualsIgnoreCase(key.name, r.row.Name);
   }
@@ -41,10 +45,13 @@ struct IlTraits {
   static void FillKey(ILRecord* record, const Key& key) {
     snprintf(record->row.Name, sizeof record->row.Name, "%s", key.name != nullptr ? key.name : "");
   }
-  static std::vector<const char*> OrvikKeyMembers(const Key&) { return {"Name"}; }
+  static std::vector<std::vector<const char*>> OrvikKeyTries(const Key&) { return {{"Name"}}; }
   // Icon locations are read afresh by every operation: nothing to keep.
   static void AfterTextWrite(RecordList*) {}
   static void AfterOrvikChange() {}
+  static bool DeleteReferences(const Key& key) {
+    return MPUpdateILReferences(key.name, kDeleteReferences, "") == 1;
+  }
 };
 
 using Family = KeyedFamily<IlTraits>;
@@ -151,6 +158,11 @@ int MPPutIL(ILRecord* record) {
 
 int MPPutILCompleteList(ILList* list) {
   return Family::PutCompleteList(list);
+}
+
+int MPUpdateILReferences(const char* name, uint32_t mode, const char* newName) {
+  if (mode != qv::kDeleteReferences && mode != qv::kUpdateReferences) return 1;
+  return qv::UpdateInstalledIconLocationsOfIconLocation(name, mode, newName) ? 1 : 0;
 }
 
 int MPDeleteIL(const char* name) {

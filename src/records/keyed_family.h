@@ -11,13 +11,17 @@
 //   static const KindSchema& Schema();
 //   static Key KeyOf(const Record&);
 //   static bool IsEmpty(const Key&);    an empty key finds the next record
+//   static Key ForList(RecordList*, const Key&);  the key as it applies to a list
 //   static bool Matches(const Record&, const Key&);
 //   static void KeepIdentity(Record* copy, const Record& stored);
 //   static void FillKey(Record* record, const Key&);
-//   static std::vector<const char*> OrvikKeyMembers(const Key&);
+//   static std::vector<std::vector<const char*>> OrvikKeyTries(const Key&);
+//                                      key members to delete by, tried in turn
 //   static void AfterTextWrite(RecordList* written);
 //   static void AfterOrvikChange();
-//   static constexpr const char* kInsertIn, kInsertInto, kDeleteFailed, kNotForOrvik;
+//   static bool DeleteReferences(const Key&);  the records naming it go first
+//   static constexpr const char* kInsertIn, kInsertInto, kDeleteFailed, kNotForOrvik,
+//                                kReferencesRemain;
 #ifndef QUORVEX_RECORDS_KEYED_FAMILY_H_
 #define QUORVEX_RECORDS_KEYED_FAMILY_H_
 
@@ -52,11 +56,12 @@ class KeyedFamily {
   static int Find(const Key& key, RecordList* list, Record** record_out) {
     *record_out = nullptr;
     if (list == nullptr) return 0;
+    const Key applied = Traits::ForList(list, key);
     for (;;) {
       Record* record = List::Next(list);
       *record_out = record;
       if (record == nullptr) return 0;
-      if (Traits::IsEmpty(key) || Traits::Matches(*record, key)) return 1;
+      if (Traits::IsEmpty(applied) || Traits::Matches(*record, applied)) return 1;
     }
   }
 
@@ -179,11 +184,19 @@ class KeyedFamily {
 
   static int Delete(const Key& key) {
     if (!RequireLockedProfile()) return 0;
+    if (!Traits::DeleteReferences(key)) {
+      ReportError(Traits::kReferencesRemain, 0);
+      return 0;
+    }
     if (IsOrvikProfile()) {
       Record* scratch = New();
       if (scratch == nullptr) return 0;
       Traits::FillKey(scratch, key);
-      bool deleted = DeleteOrvikRows(Traits::Schema(), scratch, Traits::OrvikKeyMembers(key));
+      bool deleted = false;
+      for (const auto& members : Traits::OrvikKeyTries(key)) {
+        deleted = DeleteOrvikRows(Traits::Schema(), scratch, members);
+        if (deleted) break;
+      }
       Traits::kFree(scratch);
       if (!deleted) {
         ReportError(Traits::kDeleteFailed, 0);
@@ -209,7 +222,9 @@ class KeyedFamily {
       return 0;
     }
     list->current = nullptr;
-    while (Find(key, list, &found)) {
+    // Which records the key names is settled once, before any goes.
+    const Key applied = Traits::ForList(list, key);
+    while (Find(applied, list, &found)) {
       UnlinkRecord(list, found);
       Traits::kFree(found);
     }

@@ -10,6 +10,7 @@
 #include "records/keyed_family.h"
 #include "records/location_checks.h"
 #include "records/location_family.h"
+#include "records/reference_hooks.h"
 
 namespace qv {
 namespace {
@@ -62,6 +63,7 @@ struct LoTraits {
   struct Key {
     const char* name;
     const char* version;
+    bool exact = false;  // an empty version names only the empty version
   };
   static constexpr auto kFree = &MPFreeLO;
   static constexpr const char* kInsertIn = "Cannot insert LO record in Orvik shipping profile";
@@ -69,12 +71,22 @@ struct LoTraits {
   static constexpr const char* kDeleteFailed =
       "Cannot delete LO record from Orvik shipping profile.";
   static constexpr const char* kNotForOrvik = "LOs not implemented in QUORVEX for Orvik";
+  static constexpr const char* kReferencesRemain =
+      "Cannot delete all references to this LO, therefore cannot delete it.";
 
   static const KindSchema& Schema() { return LoSchema(); }
   static Key KeyOf(const LORecord& r) { return {r.row.Name, r.row.Version}; }
   static bool IsEmpty(const Key& key) { return IsEmptyText(key.name); }
+  // A location with exactly the key given wins: only when there is none
+  // does an empty version reach the other versions of the name.
+  static Key ForList(RecordList* list, const Key& key) {
+    if (key.exact || !IsEmptyText(key.version) || IsEmptyText(key.name)) return key;
+    bool exact = FindExactLocation(list, key.name, "") != nullptr;
+    return {key.name, "", exact};
+  }
   static bool Matches(const LORecord& r, const Key& key) {
-    return LocationHasKey(r, key.name, key.version);
+    if (key.exact || !IsEmptyText(key.version)) return LocationHasKey(r, key.name, key.version);
+    return key.name != nullptr && EqualsIgnoreCase(key.name, r.row.Name);
   }
   static void KeepIdentity(LORecord* copy, const LORecord& stored) {
     memcpy(copy->row.Name, stored.row.Name, sizeof copy->row.Name);
@@ -85,12 +97,15 @@ struct LoTraits {
     snprintf(record->row.Version, sizeof record->row.Version, "%s",
              key.version != nullptr ? key.version : "");
   }
-  static std::vector<const char*> OrvikKeyMembers(const Key& key) {
-    if (IsEmptyText(key.version)) return {"Name"};
-    return {"Name", "Version"};
+  static std::vector<std::vector<const char*>> OrvikKeyTries(const Key& key) {
+    if (IsEmptyText(key.version)) return {{"Name", "Version"}, {"Name"}};
+    return {{"Name", "Version"}};
   }
   static void AfterTextWrite(RecordList* written) { ReplaceOpenLocations(written); }
   static void AfterOrvikChange() { ReloadOpenLocations(); }
+  static bool DeleteReferences(const Key& key) {
+    return MPUpdateLOReferences(key.name, key.version, kDeleteReferences, "", "") == 1;
+  }
 };
 
 using Family = KeyedFamily<LoTraits>;
@@ -185,15 +200,26 @@ const KindApi& LoKindApi() {
 
 bool LocationHasKey(const LORecord& location, const char* name, const char* version) {
   if (name == nullptr || !EqualsIgnoreCase(name, location.row.Name)) return false;
-  return IsEmptyText(version) || EqualsIgnoreCase(version, location.row.Version);
+  return EqualsIgnoreCase(version != nullptr ? version : "", location.row.Version);
 }
 
-LORecord* FindLocation(RecordList* list, const char* name, const char* version) {
+LORecord* FindExactLocation(RecordList* list, const char* name, const char* version) {
   if (list == nullptr || IsEmptyText(name)) return nullptr;
   RecordNode* node = list->head;
   for (uint32_t i = 0; node != nullptr && i < list->count; ++i, node = node->next) {
     LORecord* location = static_cast<LORecord*>(node->record);
     if (LocationHasKey(*location, name, version)) return location;
+  }
+  return nullptr;
+}
+
+LORecord* FindLocation(RecordList* list, const char* name, const char* version) {
+  if (LORecord* exact = FindExactLocation(list, name, version)) return exact;
+  if (list == nullptr || IsEmptyText(name) || !IsEmptyText(version)) return nullptr;
+  RecordNode* node = list->head;
+  for (uint32_t i = 0; node != nullptr && i < list->count; ++i, node = node->next) {
+    LORecord* location = static_cast<LORecord*>(node->record);
+    if (EqualsIgnoreCase(name, location->row.Name)) return location;
   }
   return nullptr;
 }
@@ -254,6 +280,12 @@ int MPFindLONode(const char* name, const char* version, LOList* list, LORecord**
 int MPGetLOFlagNames(LOFlagNames** tableOut) {
   *tableOut = qv::NewFlagNames(qv::LoSchema());
   return 1;
+}
+
+int MPUpdateLOReferences(const char* name, const char* version, uint32_t mode, const char* newName,
+                         const char* newVersion) {
+  if (mode != qv::kDeleteReferences && mode != qv::kUpdateReferences) return 1;
+  return qv::UpdateModuleLocationsOfLocation(name, version, mode, newName, newVersion) ? 1 : 0;
 }
 
 int MPWriteLOList(LOList* list) {

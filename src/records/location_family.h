@@ -19,11 +19,14 @@ const KindSchema& IlSchema();
 const KindApi& LoKindApi();
 const KindApi& IlKindApi();
 
-// Whether the location has that key: names and versions compare without
-// regard to case, and an empty (or null) version stands for any version.
+// Whether the location has exactly that key, names and versions compared
+// without regard to case; an empty (or null) version is the empty version.
 bool LocationHasKey(const LORecord& location, const char* name, const char* version);
-// The first location of the list with that key, walking from head without
-// touching the cursor; nullptr for an empty name or when there is none.
+// The first location of the list with exactly that key, walking from head
+// without touching the cursor; nullptr for an empty name or none.
+LORecord* FindExactLocation(RecordList* list, const char* name, const char* version);
+// The location a key names: the one with exactly that key wins; when there
+// is none and the version is empty, the first location of that name.
 LORecord* FindLocation(RecordList* list, const char* name, const char* version);
 
 enum class LocationPathForm { kLong, kShort };

@@ -8,12 +8,26 @@
 
 namespace qv {
 
+// The modes of MPUpdate<code>References: delete the records that refer, or
+// make them refer to the new key.
+constexpr uint32_t kDeleteReferences = 0x80000000u;
+constexpr uint32_t kUpdateReferences = 0x20000000u;
+
 // Driver Ads (install file, "Install Ads") and File Group Ads (module file,
 // "File Group Ads") that name an Ad.
 bool DeleteDriverAdsOfAd(uint32_t ad_id);
 bool DeleteFileGroupAdsOfAd(uint32_t ad_id);
 bool UpdateDriverAdsOfAd(uint32_t ad_id, uint32_t mode, uint32_t new_value);
 bool UpdateFileGroupAdsOfAd(uint32_t ad_id, uint32_t mode, uint32_t new_value);
+
+// Module Locations (module file, "Module Locations") that name a location,
+// and Installed Icon Locations (module file, "Installed Icon Locations")
+// that name an icon location. mode 0x80000000 deletes them, 0x20000000 makes
+// them name (new_name, new_version) instead.
+bool UpdateModuleLocationsOfLocation(const char* name, const char* version, uint32_t mode,
+                                     const char* new_name, const char* new_version);
+bool UpdateInstalledIconLocationsOfIconLocation(const char* name, uint32_t mode,
+                                                const char* new_name);
 
 }  // namespace qv
 

@@ -1,5 +1,6 @@
 // Stand-ins for the association families not yet read: a profile without
-// Driver Ads or File Group Ads has nothing that refers to an Ad.
+// Driver Ads, File Group Ads, Module Locations or Installed Icon Locations
+// has nothing that refers to an Ad, a location or an icon location.
 #include "records/reference_hooks.h"
 
 namespace qv {
@@ -14,6 +15,12 @@ bool UpdateDriverAdsOfAd(uint32_t, uint32_t, uint32_t) {
   return true;
 }
 bool UpdateFileGroupAdsOfAd(uint32_t, uint32_t, uint32_t) {
+  return true;
+}
+bool UpdateModuleLocationsOfLocation(const char*, const char*, uint32_t, const char*, const char*) {
+  return true;
+}
+bool UpdateInstalledIconLocationsOfIconLocation(const char*, uint32_t, const char*) {
   return true;
 }
 
