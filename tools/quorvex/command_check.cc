@@ -11,8 +11,7 @@
 namespace qvtool {
 namespace {
 
-constexpr char kDescription[] =
-    "read every file of the profile, report every problem\n"
+constexpr char kFooter[] =
     "One line per problem: PATH:LINE: KIND: TEXT (--json: an array of\n"
     "{file, line, kind, text}); nothing when the profile is clean. KIND is\n"
     "the record kind code (AD, LO, ...) for what the reader and the field\n"
@@ -33,7 +32,9 @@ constexpr char kDescription[] =
 class CheckCommand : public Command {
  public:
   CLI::App* Register(CLI::App& app) override {
-    CLI::App* sub = app.add_subcommand("check", kDescription);
+    CLI::App* sub =
+        app.add_subcommand("check", "read every file of the profile, report every problem");
+    sub->footer(kFooter);
     sub->add_flag("-v,--verbose", verbose_, "print a summary line per file");
     return sub;
   }
