@@ -112,4 +112,12 @@ TEST_F(FileTemplatesTest, TemplateSectionsAreFoundByTheReader) {
   EXPECT_TRUE(host_.errors().empty());
 }
 
+TEST_F(FileTemplatesTest, AKnownKindSucceedsWhateverTheHandle) {
+  for (const char* kind : {"MO", "IN", "PR", "MG", "SSR", "RES", "MSG"}) {
+    EXPECT_EQ(AddSections(QV_NO_FILE, kind, "Name", "1"), 1) << kind;
+    EXPECT_EQ(AddSections(QV_FAILED_FILE, kind, "Name", "1"), 1) << kind;
+  }
+  EXPECT_TRUE(host_.errors().empty());
+}
+
 }  // namespace

@@ -478,6 +478,65 @@ TEST_F(LocationFamilyTest, DeleteOfAnAbsentLocationFailsSilentlyAndWritesNothing
   EXPECT_TRUE(host_.errors().empty());
 }
 
+// "Win","2" and "Win","" side by side: the empty version names the second.
+const std::string kWin2 = "\"Win\",\"2\",\"$DR$\",,\"Win2\",,\"\",\"" + FlagLetters("") + "\"\r\n";
+const std::string kWinEmpty =
+    "\"Win\",\"\",\"$DR$\",,\"WinE\",,\"\",\"" + FlagLetters("") + "\"\r\n";
+
+TEST_F(LocationFamilyTest, AnExactKeyWinsOverAnotherVersionInEveryOperation) {
+  OpenWith(kWin2 + kWinEmpty);
+  LORecord* found = nullptr;
+  ASSERT_EQ(MPGetLO("WIN", "", &found), 1);
+  EXPECT_STREQ(found->row.Folder, "WinE");
+  MPFreeLO(found);
+  // A put of "Win","" replaces only "Win","".
+  LORecord* record = NewLocation("Win", "", "$DR$", "", "Changed");
+  ASSERT_EQ(MPPutLO(record), 1);
+  MPFreeLO(record);
+  std::string changed = "\"Win\",\"\",\"$DR$\",,\"Changed\",,\"\",\"" + FlagLetters("") + "\"\r\n";
+  EXPECT_EQ(profile_.Locations(), qvtest::kLocationsHead + kWin2 + changed);
+  // A child naming "Win" without a version lies below "Win","".
+  char path[QV_PATH_SIZE];
+  LORecord* child = NewLocation("Child", "1", "Win", "", "Sub");
+  ASSERT_EQ(MPBuildLOPath(child, "", "", path), 1);
+  EXPECT_STREQ(path, "$DR$\\Changed\\Sub\\");
+  MPFreeLO(child);
+  // A delete of "Win","" deletes only "Win","".
+  ASSERT_EQ(MPDeleteLO("Win", ""), 1);
+  EXPECT_EQ(profile_.Locations(), qvtest::kLocationsHead + kWin2);
+  EXPECT_TRUE(host_.errors().empty());
+}
+
+TEST_F(LocationFamilyTest, AGivenVersionNeverReachesAnotherVersion) {
+  OpenWith(kWin2 + kWinEmpty);
+  LORecord* record = NewLocation("Win", "3", "$DR$", "", "Three");
+  ASSERT_EQ(MPPutLO(record), 1);
+  MPFreeLO(record);
+  std::string three = "\"Win\",\"3\",\"$DR$\",,\"Three\",,\"\",\"" + FlagLetters("") + "\"\r\n";
+  EXPECT_EQ(profile_.Locations(), qvtest::kLocationsHead + kWin2 + kWinEmpty + three);
+  EXPECT_EQ(MPDeleteLO("Win", "9"), 0);
+  EXPECT_EQ(profile_.Locations(), qvtest::kLocationsHead + kWin2 + kWinEmpty + three);
+}
+
+TEST_F(LocationFamilyTest, WithoutAnEmptyVersionAnEmptyKeyReachesTheName) {
+  OpenWith(kWin2);
+  LORecord* found = nullptr;
+  ASSERT_EQ(MPGetLO("Win", "", &found), 1);
+  EXPECT_STREQ(found->row.Version, "2");
+  MPFreeLO(found);
+  ASSERT_EQ(MPDeleteLO("Win", nullptr), 1);
+  EXPECT_EQ(profile_.Locations(), qvtest::kLocationsHead);
+}
+
+TEST_F(LocationFamilyTest, UpdateReferencesWithNothingReferringSucceeds) {
+  OpenWith(kLodestar);
+  EXPECT_EQ(MPUpdateLOReferences("Lodestar", "1", 0x80000000u, "", ""), 1);
+  EXPECT_EQ(MPUpdateLOReferences("Lodestar", "1", 0x20000000u, "Other", "2"), 1);
+  EXPECT_EQ(MPUpdateLOReferences("Lodestar", "1", 7, "", ""), 1);
+  EXPECT_EQ(MPUpdateILReferences("Programs", 0x80000000u, ""), 1);
+  EXPECT_TRUE(host_.errors().empty());
+}
+
 TEST_F(LocationFamilyTest, DeleteKeepsTheChildLocations) {
   OpenWith(kLodestar + kBin);
   ASSERT_EQ(MPDeleteLO("Lodestar", "1"), 1);

@@ -224,6 +224,18 @@ TEST_F(LocationPathsTest, BuildFilePathNameExPlacesALocationBelowTheLodestarLoca
   EXPECT_TRUE(host_.errors().empty());
 }
 
+TEST_F(LocationPathsTest, BuildFilePathNameExPutsASeparatorAfterABaseWithoutOne) {
+  int result = 0;
+  EXPECT_EQ(BuildEx("Bin", "", "/out", nullptr, &result), "/out/Bin\\def.dll");
+  EXPECT_EQ(result, 1);
+  EXPECT_EQ(BuildEx("Bin", "", "C:\\src", "name.dll", &result), "C:\\src\\Bin\\name.dll");
+  // A base that ends in a separator gets no second one.
+  EXPECT_EQ(BuildEx("Bin", "", "/out/", nullptr, &result), "/out/Bin\\def.dll");
+  // The Lodestar location itself adds nothing but the file name's separator.
+  EXPECT_EQ(BuildEx("Lodestar", "", "/out", nullptr, &result), "/out/def.dll");
+  EXPECT_TRUE(host_.errors().empty());
+}
+
 TEST_F(LocationPathsTest, BuildFilePathNameExStillReportsAnUnknownLocation) {
   int result = 1;
   EXPECT_EQ(BuildEx("Nowhere", "", "C:\\src\\", nullptr, &result), "C:\\src\\");

@@ -38,8 +38,16 @@ QV_API int ClearFileStatusBits(const char* path, uint32_t bits);
 /* Parts may be NULL ("not given") or empty. */
 QV_API int BuildFilePath(char* destination, const char* base, const char* part1, const char* part2,
                          const char* part3, const char* defaultName, const char* name);
-/* rootName and rootVersion name the location that stands for the install
- * root, or are empty. */
+/* The path of a file: the base directory (when given), then either the
+ * relative path (an absolute one, "C:..." or ".", replaces what was built)
+ * or, when the relative path is empty, the folder of the location
+ * (locationName, locationVersion); then a separator and the file name (or
+ * defaultName when name is empty; no file name when defaultName is NULL).
+ * A location's folder is taken relative to the Lodestar location's folder
+ * when it lies below it, and joins the base behind exactly one separator:
+ * base "/out" and location folder "Bin" give "/out/Bin". A location that
+ * does not exist is reported and gives 0. rootName and rootVersion name the
+ * location that stands for the install root, or are empty. */
 QV_API int BuildFilePathNameEx(char* destination, const char* locationName,
                                const char* locationVersion, const char* relativePath,
                                const char* defaultName, const char* rootName,

@@ -28,7 +28,8 @@ QV_API int CopyHeadThroughSection(QvFile input, QvFile output, const char* secti
 QV_API int CopyTailAfterSection(QvFile input, QvFile output, const char* section);
 
 /* Writes the header template of a new file of the kind ("MO", "IN", "PR",
- * "MG", "SSR", "RES", "MSG"). */
+ * "MG", "SSR", "RES", "MSG"). Returns 1 for every known kind, whatever the
+ * handle and whatever was written; 0, reported, for any other kind. */
 QV_API int AddSections(QvFile file, const char* kind, const char* firstKey, const char* secondKey);
 QV_API int UppercaseInitials(const char* text, char* destination);
 

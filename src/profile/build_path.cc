@@ -114,7 +114,11 @@ int BuildFilePathNameEx(char* destination, const char* locationName, const char*
     }
     char lodestar[QV_PATH_SIZE];
     GetLodestarLocationPath(lodestar, rootName, rootVersion);
-    qv::AddPart(&path, qv::RelativeToLodestar(directory, lodestar).c_str());
+    std::string below = qv::RelativeToLodestar(directory, lodestar);
+    // The base is a folder of its own: the location's folder goes below it,
+    // behind exactly one separator.
+    if (!below.empty() && !qv::IsSeparator(below.front())) qv::PrepareForFileName(&path);
+    qv::AddPart(&path, below.c_str());
   } else {
     qv::AddPart(&path, relativePath);
   }
