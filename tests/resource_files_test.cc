@@ -278,13 +278,34 @@ TEST_F(ResourceFilesTest, AnExistingFileThatCannotBeCreatedAnewIsReported) {
   // A folder in the new file's place: the catalogue passes it over and
   // creation fails.
   qvtest::MakeDirs(CreatedFileOf("DE"));
-  host_.AnswerBoxes({true, true, true});
+  // Each failed creation is followed by the lookup and the question again,
+  // until the answer is No.
+  host_.AnswerBoxes({true, true, true, true, true, true, true, false});
   RecordPtr text = NewText("DE", "IDS_A", "Hallo");
   EXPECT_EQ(MPPutResource(text.get()), 0);
-  EXPECT_EQ(Errors(), (std::vector<std::string>{
-                          EnginePath("DE") + " cannot be found or opened!",
-                          "You have requested to create a resource file that you cannot, contact "
-                          "vendor."}));
+  const std::string missing = EnginePath("DE") + " cannot be found or opened!";
+  const std::string cannot =
+      "You have requested to create a resource file that you cannot, contact vendor.";
+  EXPECT_EQ(Errors(), (std::vector<std::string>{missing, cannot, missing, cannot, missing}));
+  EXPECT_EQ(Questions(), (std::vector<std::string>{kCreateResourceFile, kCreateResourceFile,
+                                                   kCreateResourceFile}));
+}
+
+TEST_F(ResourceFilesTest, ACreationThatFailsOnceIsOfferedAgainAndThenSucceeds) {
+  OpenLocked();
+  qvtest::MakeDirs(CreatedFileOf("DE"));
+  // The folder in the way is gone by the time the person answers again.
+  host_.OnBox([this](const std::string& text) {
+    if (text.find("contact vendor") != std::string::npos) {
+      std::filesystem::remove_all(CreatedFileOf("DE"));
+    }
+  });
+  host_.AnswerBoxes({true, true, true, true, true});
+  RecordPtr text = NewText("DE", "IDS_A", "Hallo");
+  EXPECT_EQ(MPPutResource(text.get()), 1);
+  EXPECT_EQ(Questions().size(), 2u);
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_NE(ReadFileBytes(CreatedFileOf("DE")).find("\"IDS_A\",\"Hallo\""), std::string::npos);
 }
 
 // ---------------------------------------------------------------- version control

@@ -100,7 +100,9 @@ QvFile OpenLanguageFileForChange(const LanguageFileKind& kind, const char* langu
     if (!HostMessageBox(kind.create_question, kQuestionCaption, QV_BOX_QUESTION)) {
       return QV_NO_FILE;
     }
-    if (!CreateLanguageFile(kind, language)) return QV_NO_FILE;
+    // A file that could not be made is looked up and offered again: the
+    // person may mend the folder in between, or answer No.
+    if (!CreateLanguageFile(kind, language)) continue;
     // The new file needs no check-out: look it up for reading and mark it.
     file =
         OpenProfileFile(State().profile_path, language, "", kind.catalogue_kind, path, MODE_READ);

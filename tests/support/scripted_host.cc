@@ -77,6 +77,7 @@ void ScriptedHost::Clear() {
 int ScriptedHost::MessageBox(void* context, const char* text, const char* caption, int kind) {
   auto* self = static_cast<ScriptedHost*>(context);
   self->boxes_.push_back({text, caption, kind});
+  if (self->on_box_) self->on_box_(text);
   if (!self->box_answers_.empty()) {
     bool answer = self->box_answers_.front();
     self->box_answers_.pop_front();

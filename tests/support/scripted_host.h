@@ -31,6 +31,9 @@ class ScriptedHost {
   // The next dialog showings: each function edits the request and returns
   // OK (true) or cancel. With none left the dialog is cancelled.
   void AnswerDialog(std::function<bool(QuorvexOpenProfileRequest*)> answer);
+  // Called with each box's text before it is answered: what the person does
+  // while the box is up.
+  void OnBox(std::function<void(const std::string&)> action) { on_box_ = std::move(action); }
 
   const std::vector<ShownBox>& boxes() const { return boxes_; }
   // Texts of the error boxes, without the "next box" question.
@@ -54,6 +57,7 @@ class ScriptedHost {
   std::string old_tmpdir_;
   bool had_tmpdir_ = false;
   std::deque<bool> box_answers_;
+  std::function<void(const std::string&)> on_box_;
   std::deque<std::function<bool(QuorvexOpenProfileRequest*)>> dialog_answers_;
   std::vector<ShownBox> boxes_;
   std::vector<QuorvexOpenProfileRequest> dialogs_;
