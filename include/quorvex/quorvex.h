@@ -17,6 +17,7 @@
 #include "quorvex/records.h"
 #include "quorvex/report.h"
 #include "quorvex/resources.h"
+#include "quorvex/symbols.h"
 #include "quorvex/text.h"
 #include "quorvex/vcs.h"
 #include "quorvex/writer.h"

@@ -1,8 +1,9 @@
 // Converters from the text of a typed field (already read as a quoted
 // string) to its value: binary constants and the symbolic OS and registry
 // data types.
-#include "core/text_chars.h"
 #include "core/report_capture.h"
+#include "core/symbol_table.h"
+#include "core/text_chars.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 
@@ -19,20 +20,6 @@ constexpr NamedCode kOsTypes[] = {
     {"WIN32_WINDOWS", 1},
     {"WIN32_NT", 2},
     {"WIN16", 3},
-};
-
-// The Win32 registry value types.
-constexpr NamedCode kRegDataTypes[] = {
-    {"REG_NONE", 0},
-    {"REG_SZ", 1},
-    {"REG_EXPAND_SZ", 2},
-    {"REG_BINARY", 3},
-    {"REG_DWORD", 4},
-    {"REG_DWORD_LITTLE_ENDIAN", 4},
-    {"REG_DWORD_BIG_ENDIAN", 5},
-    {"REG_LINK", 6},
-    {"REG_MULTI_SZ", 7},
-    {"REG_RESOURCE_LIST", 8},
 };
 
 // An unknown name reads as code 0, which the caller cannot tell from the
@@ -79,8 +66,11 @@ int ParseOsType(const char* name) {
   return qv::LookUp(qv::kOsTypes, name, "Unsupported OS Type");
 }
 
+// The same table as the writer's, so that both always agree on the names.
 int ParseRegDataType(const char* name) {
-  return qv::LookUp(qv::kRegDataTypes, name, "Unsupported REG Data Type");
+  uint32_t code = 0;
+  qv::ReadSymbols(qv::kRegDataTypeTable, name, &code);
+  return static_cast<int>(code);
 }
 
 }  // extern "C"
