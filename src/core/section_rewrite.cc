@@ -15,10 +15,12 @@ SectionRewrite::~SectionRewrite() {
   if (!temporary_path_.empty()) DeleteFile(temporary_path_);
 }
 
-bool SectionRewrite::Begin(QvFile input, const char* profile_path, const char* section) {
+bool SectionRewrite::Begin(QvFile input, const char* profile_path, const char* section,
+                           const char* tail_section) {
   input_ = input;
   profile_path_ = profile_path != nullptr ? profile_path : "";
   section_ = section != nullptr ? section : "";
+  tail_section_ = tail_section != nullptr ? tail_section : section_;
   char message[QV_LINE_SIZE];
   if (QvFileIsOpen(input) == 0) {
     // Copying from nothing would replace the file with the section alone.
@@ -57,7 +59,7 @@ bool SectionRewrite::CopiedWhole() {
 
 bool SectionRewrite::Finish() {
   if (finished_ || output_ == QV_NO_FILE) return false;
-  CopyTailAfterSection(input_, output_, section_.c_str());
+  CopyTailAfterSection(input_, output_, tail_section_.c_str());
   if (!CopiedWhole()) return false;
   CloseFiles();
   finished_ = true;

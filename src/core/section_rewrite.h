@@ -34,8 +34,11 @@ class SectionRewrite {
   // header (appending the header when the file lacks the section). False,
   // reported, when input is not an open file, no temporary file can be
   // created, or the file holds a line that cannot be copied whole (longer
-  // than the reader's buffer, or with a NUL byte).
-  bool Begin(QvFile input, const char* profile_path, const char* section);
+  // than the reader's buffer, or with a NUL byte). With a tail section,
+  // Finish resumes copying behind that section instead of behind this one,
+  // leaving out everything between (and, when the file lacks it, the rest).
+  bool Begin(QvFile input, const char* profile_path, const char* section,
+             const char* tail_section = nullptr);
 
   // The temporary file, positioned after the section's header: the family
   // writes the section's records here.
@@ -56,6 +59,7 @@ class SectionRewrite {
   QvFile output_ = QV_NO_FILE;
   std::string profile_path_;
   std::string section_;
+  std::string tail_section_;
   std::string temporary_path_;
   bool finished_ = false;
   uint64_t cut_lines_ = 0;

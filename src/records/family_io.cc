@@ -9,6 +9,7 @@
 #include "quorvex/profile.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
+#include "records/line_capacity.h"
 #include "records/orvik_rows.h"
 
 namespace qv {
@@ -23,12 +24,13 @@ void ReportWithPath(const char* format, const char* path) {
   ReportError(text, 0);
 }
 
-QvFile OpenKindFile(const KindSchema& schema, const Owner& owner, uint32_t mode, char* path) {
+QvFile OpenKindFile(const KindSchema& schema, const Owner& owner, uint32_t mode, char* path,
+                    const char* missing_message) {
   const char* directory = owner.directory != nullptr ? owner.directory : State().profile_path;
   QvFile file =
       OpenProfileFile(directory, owner.name, owner.key, schema.kind->file_kind, path, mode);
   if (!QvFileIsOpen(file)) {
-    ReportWithPath(schema.missing_file_message, path);
+    ReportWithPath(missing_message, path);
     return QV_NO_FILE;
   }
   return file;
@@ -37,7 +39,7 @@ QvFile OpenKindFile(const KindSchema& schema, const Owner& owner, uint32_t mode,
 bool ReadTextList(const KindSchema& schema, const Owner& owner, uint32_t mode,
                   RecordList** list_out) {
   char path[QV_PATH_SIZE] = "";
-  QvFile file = OpenKindFile(schema, owner, mode, path);
+  QvFile file = OpenKindFile(schema, owner, mode, path, schema.missing_file_message);
   if (file == QV_NO_FILE) return false;
   GenericList::New(list_out);
   bool read = *list_out != nullptr && ReadSectionRecords(schema, file, owner, *list_out);
@@ -107,11 +109,18 @@ bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,
 }
 
 bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* list) {
+  // Records that came from the file are not checked on their way in; a
+  // kind whose inactive records cannot be written back checks them all
+  // before the file is touched.
+  if (InnerFieldsTakeRecordFlags(schema) && !ListFitsLines(schema, list)) return false;
   char path[QV_PATH_SIZE] = "";
-  QvFile input = OpenKindFile(schema, owner, MODE_UPDATE, path);
+  const char* missing = schema.missing_file_message_on_write != nullptr
+                            ? schema.missing_file_message_on_write
+                            : schema.missing_file_message;
+  QvFile input = OpenKindFile(schema, owner, MODE_UPDATE, path, missing);
   if (input == QV_NO_FILE) return false;
   SectionRewrite rewrite;
-  if (!rewrite.Begin(input, path, schema.kind->section)) return false;
+  if (!rewrite.Begin(input, path, schema.kind->section, schema.tail_section)) return false;
   bool written = true;
   GenericList::ForEach(list, [&](void* record) {
     // A short write leaves a broken line; the rest is still written so that

@@ -41,7 +41,9 @@ bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
                         RecordList* list);
 
 // Rewrites the kind's section from the list (the file is checked out
-// first). Returns false after reporting.
+// first), resuming the copy behind the schema's tail section when it names
+// one. A kind whose inactive records cannot be written as lines has the
+// whole list checked first. Returns false after reporting.
 bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* list);
 
 // Reports "It appears that you have not run OpenMasterProfile

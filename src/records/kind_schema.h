@@ -77,6 +77,10 @@ struct LineField {
   int width;         // kText: the longest text read
   uint32_t options;  // FO_OPTIONAL and the like, for reading and writing
   uint32_t bit;      // kFlag: the bit it stands for
+  // The record flags go to the writer with this field as well as with the
+  // first (a DRK line does so with several fields). A record behind
+  // ";IAO;" then gets the marker inside its line, which no reader reads.
+  bool takes_record_flags = false;
 };
 
 #define QV_LINE_FIELD(Record, path, syntax, width, options, bit)                                 \
@@ -130,6 +134,15 @@ struct KindSchema {
   // The members a line of the kind's own format carries (with parse_line),
   // which a put checks read back as given.
   std::vector<const char*> custom_line_members = {};
+
+  // The text when the file is missing on the way to a rewrite, where it
+  // differs from missing_file_message.
+  const char* missing_file_message_on_write = nullptr;
+  // A rewrite resumes copying behind this section rather than behind the
+  // kind's own, leaving out everything between (nullptr: the kind's own).
+  const char* tail_section = nullptr;
+  // The name in "Cannot get %s out of Orvik profile." (nullptr: flag_label).
+  const char* orvik_fetch_label = nullptr;
 };
 
 }  // namespace qv

@@ -142,10 +142,10 @@ std::string LineCapacityProblem(const KindSchema& schema, const void* record) {
     if (!schema.write_line(record, file) && !members.empty())
       return NotAsGiven(*members[0], nullptr);
   } else {
+    // The same options as the rewrite itself, so that what it would write
+    // is what is tried.
     for (size_t i = 0; i < schema.line.size(); ++i) {
-      uint32_t options = i == 0 ? RecordFlagsOf(schema, record) : 0;
-      if (i + 1 == schema.line.size()) options |= FO_END_RECORD;
-      if (!WriteLineField(schema.line[i], record, file, options)) {
+      if (!WriteLineField(schema.line[i], record, file, LineFieldOptions(schema, record, i))) {
         return NotAsGiven(*MemberAt(schema, schema.line[i].offset), nullptr);
       }
     }

@@ -117,7 +117,8 @@ bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out) {
   // A row that cannot be fetched ends the read as a failure, never as a
   // short list that a later write would take for the whole table.
   char text[QV_LINE_SIZE];
-  snprintf(text, sizeof text, "Cannot get %s out of Orvik profile.", schema.flag_label);
+  snprintf(text, sizeof text, "Cannot get %s out of Orvik profile.",
+           schema.orvik_fetch_label != nullptr ? schema.orvik_fetch_label : schema.flag_label);
   ReportError(text, 0);
   return false;
 }

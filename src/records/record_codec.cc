@@ -188,13 +188,26 @@ bool DecodeRecordLine(const KindSchema& schema, char* line, void* record) {
   return parsed;
 }
 
+uint32_t LineFieldOptions(const KindSchema& schema, const void* record, size_t index) {
+  const bool flags = index == 0 || schema.line[index].takes_record_flags;
+  uint32_t options = flags ? RecordFlagsOf(schema, record) : 0;
+  if (index + 1 == schema.line.size()) options |= FO_END_RECORD;
+  return options;
+}
+
+bool InnerFieldsTakeRecordFlags(const KindSchema& schema) {
+  for (size_t i = 1; i < schema.line.size(); ++i) {
+    if (schema.line[i].takes_record_flags) return true;
+  }
+  return false;
+}
+
 bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) {
   if (schema.write_line != nullptr) return schema.write_line(record, file);
-  const size_t count = schema.line.size();
-  for (size_t i = 0; i < count; ++i) {
-    uint32_t options = i == 0 ? RecordFlagsOf(schema, record) : 0;
-    if (i + 1 == count) options |= FO_END_RECORD;
-    if (!WriteLineField(schema.line[i], record, file, options)) return false;
+  for (size_t i = 0; i < schema.line.size(); ++i) {
+    if (!WriteLineField(schema.line[i], record, file, LineFieldOptions(schema, record, i))) {
+      return false;
+    }
   }
   return true;
 }

@@ -30,10 +30,15 @@ bool ParseRecordLine(const KindSchema& schema, char* line, void* record);
 // the line fields in order; then the kind's after-read checks.
 bool DecodeRecordLine(const KindSchema& schema, char* line, void* record);
 
-// Writes the record as one line: the first field with the record flags as
-// options (so a record read behind ";IAO;" goes back behind it), the last
-// with FO_END_RECORD. False on a short write.
+// Writes the record as one line: the first field (and any field that takes
+// them) with the record flags as options (so a record read behind ";IAO;"
+// goes back behind it), the last with FO_END_RECORD. False on a short write.
 bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file);
+// The options WriteRecordLine hands the writer with the field at index.
+uint32_t LineFieldOptions(const KindSchema& schema, const void* record, size_t index);
+// Whether a field after the first takes the record flags: such a kind's
+// inactive records cannot be written as lines that read back.
+bool InnerFieldsTakeRecordFlags(const KindSchema& schema);
 
 // One field: parsed at the cursor into the record (false, reported, when
 // malformed), or written with the given options (false on a short write or
