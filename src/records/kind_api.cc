@@ -5,15 +5,18 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "records/devkey_family.h"
+#include "records/language_lists.h"
 #include "records/location_family.h"
 #include "records/resource_family.h"
 
 namespace qv {
 
 const std::vector<const KindApi*>& AllKindApis() {
-  static const std::vector<const KindApi*> apis = {&AdKindApi(),     &LoKindApi(),
-                                                   &IlKindApi(),     &ResourceKindApi(),
-                                                   &StringKindApi(), &RemoveStringKindApi()};
+  static const std::vector<const KindApi*> apis = {
+      &AdKindApi(),           &LoKindApi(),   &IlKindApi(),  &ResourceKindApi(), &StringKindApi(),
+      &RemoveStringKindApi(), &SlaKindApi(),  &DlaKindApi(), &OslaKindApi(),     &AilaKindApi(),
+      &OsdlKindApi(),         &UnfoKindApi(), &DrkKindApi(), &DrkprKindApi(),    &DvprKindApi()};
   return apis;
 }
 
