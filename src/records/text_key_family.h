@@ -143,6 +143,7 @@ class TextKeyFamily : public KeyedFamily<TextKeyTraits<Desc>> {
     if (written != nullptr) *written = false;
     if (!RequireLockedProfile()) return 0;
     if (Refused(Desc::kRefusal.put)) return 0;
+    if (!KeptRecordsFit(TextKeyTraits<Desc>::KeyOf(*record), false)) return 0;
     return Base::Put(record, written);
   }
   static int PutCompleteList(RecordList* list) {
@@ -152,6 +153,7 @@ class TextKeyFamily : public KeyedFamily<TextKeyTraits<Desc>> {
   static int Delete(const Key& key) {
     if (!RequireLockedProfile()) return 0;
     if (Refused(Desc::kRefusal.remove)) return 0;
+    if (!KeptRecordsFit(key, true)) return 0;
     return Base::Delete(key);
   }
   static int Write(RecordList* list) {
@@ -198,6 +200,32 @@ class TextKeyFamily : public KeyedFamily<TextKeyTraits<Desc>> {
     ReportError(text, 0);
     return true;
   }
+  // A kind whose inactive records cannot be written back refuses the whole
+  // rewrite when a stored record it keeps is one; the stored records are
+  // checked first, so that such a refusal is not reported as done. A put
+  // keeps all but the record it replaces, a delete all but those it removes.
+  static bool KeptRecordsFit(const Key& key, bool removing_every_match) {
+    const KindSchema& schema = Desc::Schema();
+    if (!InnerFieldsTakeRecordFlags(schema) || IsOrvikProfile()) return true;
+    RecordList* list = nullptr;
+    if (!Base::ReadAll(&list, MODE_READ)) {
+      Base::List::Free(list);
+      return false;
+    }
+    bool fits = true;
+    bool replaced = TextKeyTraits<Desc>::IsEmpty(key);
+    Base::List::ForEach(list, [&](Record* record) {
+      if ((removing_every_match || !replaced) && TextKeyTraits<Desc>::Matches(*record, key)) {
+        replaced = true;
+        return true;
+      }
+      fits = RecordFitsLine(schema, record);
+      return fits;
+    });
+    Base::List::Free(list);
+    return fits;
+  }
+
   static Key KeyFrom(const Texts& texts) {
     Key key;
     for (size_t i = 0; i < key.parts.size(); ++i) {
