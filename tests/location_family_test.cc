@@ -701,6 +701,27 @@ class LocationOrvikTest : public LocationFamilyTest {
   }
 };
 
+TEST_F(LocationOrvikTest, ARowThatCannotBeFetchedFailsTheReadWithTheKindsText) {
+  // The second row's flags cannot be computed: the step fails on it.
+  std::string db = host_.scratch().Join("broken.orv");
+  // Added after the rows, the computed column is first evaluated by the read.
+  qvtest::MakeDatabase(
+      db,
+      "CREATE TABLE LO (Name TEXT, Version TEXT, ParentName TEXT, ParentVersion TEXT, "
+      "Folder TEXT, ShortFolder TEXT, Attribute40 TEXT);" +
+          qv::OrvikTableDefinition(qv::IlSchema()) +
+          ";INSERT INTO LO VALUES ('Lodestar', '1', '$DR$', '', 'Lodestar', '', ''), "
+          "('Bad', '1', '$DR$', '', 'Bad', '', '');"
+          "ALTER TABLE LO ADD COLUMN Flags INTEGER GENERATED ALWAYS AS "
+          "(CASE WHEN Name = 'Bad' THEN json('not json') ELSE 0 END) VIRTUAL;");
+  host_.AnswerDialog([](QuorvexOpenProfileRequest*) { return false; });
+  ASSERT_EQ(OpenOrvik(db, OPEN_LOCK), 0);
+  EXPECT_EQ(host_.errors(),
+            (std::vector<std::string>{"Cannot get Location out of Orvik profile.",
+                                      "Problem retrieving locations.  Please Try another Master "
+                                      "Profile."}));
+}
+
 TEST_F(LocationOrvikTest, LocationsAreReadFromTheDatabase) {
   std::string db = MakeDatabase(
       true, true,
