@@ -18,9 +18,16 @@ namespace {
 constexpr char kCutLine[] =
     "Line is longer than 5023 characters or holds a NUL byte: it cannot be read whole.";
 
-void ReportWithPath(const char* format, const char* path) {
+// The file of an owner is named by its owner ("File associated with module
+// %s,%s ..."), a catalogue file by its path.
+void ReportMissingFile(const KindSchema& schema, const char* format, const Owner& owner,
+                       const char* path) {
   char text[QV_LINE_SIZE];
-  snprintf(text, sizeof text, format, path);
+  if (schema.kind->file == KindFile::kFixed || schema.kind->file == KindFile::kLanguage) {
+    snprintf(text, sizeof text, format, path);
+  } else {
+    snprintf(text, sizeof text, format, owner.name, owner.key);
+  }
   ReportError(text, 0);
 }
 
@@ -30,7 +37,7 @@ QvFile OpenKindFile(const KindSchema& schema, const Owner& owner, uint32_t mode,
   QvFile file =
       OpenProfileFile(directory, owner.name, owner.key, schema.kind->file_kind, path, mode);
   if (!QvFileIsOpen(file)) {
-    ReportWithPath(missing_message, path);
+    ReportMissingFile(schema, missing_message, owner, path);
     return QV_NO_FILE;
   }
   return file;

@@ -22,9 +22,14 @@
 //   static bool DeleteReferences(const Key&);  the records naming it go first
 //   static constexpr const char* kInsertIn, kInsertInto, kDeleteFailed, kNotForOrvik,
 //                                kReferencesRemain;
+// and, for kinds that live in an owner's file (a module's, ...):
+//   static Owner OwnerOfKey(const Key&);        the file a key's records are in
+//   static Owner OwnerOfRecord(const Record&);  the file a record belongs to
+// Kinds of the fixed catalogue files leave these out.
 #ifndef QUORVEX_RECORDS_KEYED_FAMILY_H_
 #define QUORVEX_RECORDS_KEYED_FAMILY_H_
 
+#include <concepts>
 #include <cstdint>
 #include <vector>
 
@@ -38,6 +43,12 @@
 namespace qv {
 
 template <class Traits>
+concept OwnedKind = requires(const typename Traits::Key& key, const typename Traits::Record& r) {
+  { Traits::OwnerOfKey(key) } -> std::same_as<Owner>;
+  { Traits::OwnerOfRecord(r) } -> std::same_as<Owner>;
+};
+
+template <class Traits>
 class KeyedFamily {
  public:
   using Record = typename Traits::Record;
@@ -46,9 +57,21 @@ class KeyedFamily {
 
   static Record* New() { return static_cast<Record*>(NewRecord(Traits::Schema())); }
 
-  static int ReadAll(RecordList** list_out, uint32_t mode) {
+  static Owner OwnerOf(const Key& key) {
+    if constexpr (OwnedKind<Traits>) return Traits::OwnerOfKey(key);
+    return Owner{};
+  }
+  static Owner OwnerOf(const Record& record) {
+    if constexpr (OwnedKind<Traits>) return Traits::OwnerOfRecord(record);
+    return Owner{};
+  }
+
+  static int ReadAll(const Owner& owner, RecordList** list_out, uint32_t mode) {
     if (!RequireOpenProfile()) return 0;
-    return ReadKindList(Traits::Schema(), Owner{}, mode, list_out) ? 1 : 0;
+    return ReadKindList(Traits::Schema(), owner, mode, list_out) ? 1 : 0;
+  }
+  static int ReadAll(RecordList** list_out, uint32_t mode) {
+    return ReadAll(Owner{}, list_out, mode);
   }
 
   // The cursor search: from the list's cursor to the next record with the
@@ -82,20 +105,21 @@ class KeyedFamily {
 
   // MPWrite<code>List: the list comes from the caller, so its records are
   // checked against their lines first.
-  static int Write(RecordList* list) {
+  static int Write(const Owner& owner, RecordList* list) {
     if (!RequireLockedProfile()) return 0;
     if (!IsOrvikProfile() && !ListFitsLines(Traits::Schema(), list)) return 0;
-    return WriteChecked(list);
+    return WriteChecked(owner, list);
   }
+  static int Write(RecordList* list) { return Write(Owner{}, list); }
 
   // The rewrite itself, for lists read from the file or checked on the way in.
-  static int WriteChecked(RecordList* list) {
+  static int WriteChecked(const Owner& owner, RecordList* list) {
     if (!RequireLockedProfile()) return 0;
     if (IsOrvikProfile()) {
       ReportError(Traits::kNotForOrvik, 0);
       return 0;
     }
-    if (!WriteKindSection(Traits::Schema(), Owner{}, list)) return 0;
+    if (!WriteKindSection(Traits::Schema(), owner, list)) return 0;
     Traits::AfterTextWrite(list);
     return 1;
   }
@@ -105,7 +129,7 @@ class KeyedFamily {
     // Single records are served from the text store only.
     if (IsOrvikProfile()) return 0;
     RecordList* list = nullptr;
-    if (!ReadAll(&list, MODE_READ)) {
+    if (!ReadAll(OwnerOf(key), &list, MODE_READ)) {
       List::Free(list);
       return 0;
     }
@@ -134,8 +158,9 @@ class KeyedFamily {
       if (written != nullptr) *written = true;
       return 1;
     }
+    const Owner owner = OwnerOf(*record);
     RecordList* list = nullptr;
-    if (!ReadAll(&list, MODE_UPDATE)) {
+    if (!ReadAll(owner, &list, MODE_UPDATE)) {
       List::Free(list);
       return 0;
     }
@@ -149,20 +174,21 @@ class KeyedFamily {
     list->current = nullptr;
     // The put has happened in memory; a failed rewrite was reported, and
     // the caller is told 1 as every family's put does.
-    bool rewritten = WriteChecked(list) == 1;
+    bool rewritten = WriteChecked(owner, list) == 1;
     if (written != nullptr) *written = rewritten;
     List::Free(list);
     return 1;
   }
 
-  static int PutCompleteList(RecordList* list) {
+  static int PutCompleteList(RecordList* list) { return PutCompleteList(Owner{}, list); }
+  static int PutCompleteList(const Owner& owner, RecordList* list) {
     // Deliberately no early return in the text store: the rewrite below
     // reports the missing lock again.
     bool locked = RequireLockedProfile();
     if (!ListFitsLines(Traits::Schema(), list)) return 0;
     if (IsOrvikProfile()) return locked ? InsertAll(list) : 0;
     RecordList* stored = nullptr;
-    if (!ReadAll(&stored, MODE_UPDATE)) {
+    if (!ReadAll(owner, &stored, MODE_UPDATE)) {
       List::Free(stored);
       return 0;
     }
@@ -177,7 +203,7 @@ class KeyedFamily {
       }
     });
     stored->current = nullptr;
-    WriteChecked(stored);
+    WriteChecked(owner, stored);
     List::Free(stored);
     return 1;
   }
@@ -206,8 +232,9 @@ class KeyedFamily {
       return 1;
     }
     if (Traits::IsEmpty(key)) return 0;
+    const Owner owner = OwnerOf(key);
     RecordList* list = nullptr;
-    if (!ReadAll(&list, MODE_READ)) {
+    if (!ReadAll(owner, &list, MODE_READ)) {
       List::Free(list);
       return 0;
     }
@@ -217,7 +244,7 @@ class KeyedFamily {
     List::Free(list);
     if (!present) return 0;
     list = nullptr;
-    if (!ReadAll(&list, MODE_UPDATE)) {
+    if (!ReadAll(owner, &list, MODE_UPDATE)) {
       List::Free(list);
       return 0;
     }
@@ -228,7 +255,7 @@ class KeyedFamily {
       UnlinkRecord(list, found);
       Traits::kFree(found);
     }
-    WriteChecked(list);
+    WriteChecked(owner, list);
     List::Free(list);
     return 1;
   }
@@ -237,7 +264,7 @@ class KeyedFamily {
   static Record* StoredCopy(const Record& record) {
     RecordList* list = nullptr;
     Record* copy = nullptr;
-    if (ReadAll(&list, MODE_READ)) {
+    if (ReadAll(OwnerOf(record), &list, MODE_READ)) {
       list->current = nullptr;
       Record* found = FindStored(Traits::KeyOf(record), list, false);
       if (found != nullptr) Copy(&copy, found, 0, nullptr);
