@@ -29,6 +29,19 @@ bool UpdateModuleLocationsOfLocation(const char* name, const char* version, uint
 bool UpdateInstalledIconLocationsOfIconLocation(const char* name, uint32_t mode,
                                                 const char* new_name);
 
+// A module born from a parent: its file groups and shipped files get fresh
+// copies of the texts they name, so that the child shares none with the
+// parent.
+bool RenewBornModuleTexts(const char* module_name, const char* module_version);
+
+// The records of other kinds that name a module, deleted with it: file
+// groups of other modules that require its groups (FGD), install and
+// product records (AMLA, AML, PM) and other modules' required modules
+// (MDEP) name it by name and version.
+bool DeleteFileGroupRequirementsOfModule(const char* module_name, const char* module_version);
+bool DeleteInstallReferencesToModule(const char* module_name, const char* module_version);
+bool DeleteProductModulesOfModule(const char* module_name, const char* module_version);
+
 }  // namespace qv
 
 #endif  // QUORVEX_RECORDS_REFERENCE_HOOKS_H_

@@ -1,6 +1,7 @@
-// Stand-ins for the association families not yet read: a profile without
-// Driver Ads, File Group Ads, Module Locations or Installed Icon Locations
-// has nothing that refers to an Ad, a location or an icon location.
+// Stand-ins for the families not yet read: a profile without Driver Ads,
+// File Group Ads, Module Locations or Installed Icon Locations has nothing
+// that refers to an Ad, a location or an icon location; one without file
+// groups, installs or products has nothing to renew or delete for a module.
 #include "records/reference_hooks.h"
 
 namespace qv {
@@ -21,6 +22,19 @@ bool UpdateModuleLocationsOfLocation(const char*, const char*, uint32_t, const c
   return true;
 }
 bool UpdateInstalledIconLocationsOfIconLocation(const char*, uint32_t, const char*) {
+  return true;
+}
+
+bool RenewBornModuleTexts(const char*, const char*) {
+  return true;
+}
+bool DeleteFileGroupRequirementsOfModule(const char*, const char*) {
+  return true;
+}
+bool DeleteInstallReferencesToModule(const char*, const char*) {
+  return true;
+}
+bool DeleteProductModulesOfModule(const char*, const char*) {
   return true;
 }
 
