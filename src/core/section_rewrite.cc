@@ -1,10 +1,13 @@
 #include "core/section_rewrite.h"
 
 #include <cstdio>
+#include <cstring>
 
 #include "core/report_capture.h"
+#include "platform/file.h"
 #include "platform/fs.h"
 #include "quorvex/report.h"
+#include "quorvex/text.h"
 #include "quorvex/writer.h"
 
 namespace qv {
@@ -60,6 +63,27 @@ bool SectionRewrite::CopiedWhole() {
 bool SectionRewrite::Finish() {
   if (finished_ || output_ == QV_NO_FILE) return false;
   CopyTailAfterSection(input_, output_, tail_section_.c_str());
+  return Complete();
+}
+
+bool SectionRewrite::FinishAfterFirstRecord(int comment_mode) {
+  if (finished_ || output_ == QV_NO_FILE) return false;
+  // The input stands behind the section's header: pass over the one record
+  // the caller has written anew (none when the section is empty), then
+  // copy every line after it as it stands.
+  char record[QV_LINE_SIZE];
+  uint32_t flags = 0;
+  ReadRecordLine(input_, record, &flags, comment_mode);
+  File* out = File::FromHandle(output_);
+  char line[QV_LINE_SIZE];
+  while (ReadProfileLine(input_, line, sizeof line) != 0) {
+    out->Write(line, strlen(line));
+    out->Write("\n", 1);
+  }
+  return Complete();
+}
+
+bool SectionRewrite::Complete() {
   if (!CopiedWhole()) return false;
   CloseFiles();
   finished_ = true;

@@ -51,7 +51,13 @@ class SectionRewrite {
   // file is left in place. Returns success.
   bool Finish();
 
+  // As Finish, but only the first record of the section (as the reader in
+  // comment_mode finds it) is left out: a section that holds one record of
+  // which only the first counts (a module's own line) keeps the rest.
+  bool FinishAfterFirstRecord(int comment_mode);
+
  private:
+  bool Complete();
   void CloseFiles();
   bool CopiedWhole();
 

@@ -12,6 +12,7 @@
 #include "quorvex/vcs.h"
 #include "quorvex/writer.h"
 #include "records/family_io.h"
+#include "records/new_files.h"
 #include "records/record_codec.h"
 
 namespace qv {
@@ -36,23 +37,6 @@ bool CreateLanguageFile(const LanguageFileKind& kind, const char* language) {
   AddSections(file, kind.header_kind, "", "");
   QvCloseFile(file);
   return true;
-}
-
-// Marks the file found after a creation, whatever spelling of its path the
-// catalogue listed first.
-void MarkNew(const char* path) {
-  ProfileFileEntry* entry = FindGlobalFileEntry(path);
-  if (entry != nullptr) entry->status |= FS_CHECKED_OUT | kFileNewToVcs;
-}
-
-void AddIfNewToVcs(const char* path) {
-  ProfileFileEntry* entry = FindGlobalFileEntry(path);
-  if (entry == nullptr || (entry->status & kFileNewToVcs) == 0) return;
-  if (VcsAdd(path, "Initial Revision.") == 1) {
-    // Added files are checked in: the next change checks the file out.
-    entry = FindGlobalFileEntry(path);
-    if (entry != nullptr) entry->status &= ~(kFileNewToVcs | FS_CHECKED_OUT);
-  }
 }
 
 }  // namespace
@@ -107,7 +91,7 @@ QvFile OpenLanguageFileForChange(const LanguageFileKind& kind, const char* langu
     file =
         OpenProfileFile(State().profile_path, language, "", kind.catalogue_kind, path, MODE_READ);
     if (QvFileIsOpen(file)) {
-      MarkNew(path);
+      MarkNewToVcs(path);
       return file;
     }
   }

@@ -9,12 +9,9 @@
 #include "quorvex/base.h"
 #include "quorvex/list.h"
 #include "records/kind_schema.h"
+#include "records/new_files.h"
 
 namespace qv {
-
-// A status bit of the global list of files: the engine made the file while
-// the profile is open and it is not yet under version control.
-constexpr uint32_t kFileNewToVcs = 0x40000000u;
 
 struct LanguageFileKind {
   const KindSchema* schema;     // its section is the kind's section
