@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "records/devkey_family.h"
+#include "records/filegroup_families.h"
 #include "records/language_lists.h"
 #include "records/location_family.h"
 #include "records/resource_family.h"
@@ -16,7 +17,8 @@ const std::vector<const KindApi*>& AllKindApis() {
   static const std::vector<const KindApi*> apis = {
       &AdKindApi(),           &LoKindApi(),   &IlKindApi(),  &ResourceKindApi(), &StringKindApi(),
       &RemoveStringKindApi(), &SlaKindApi(),  &DlaKindApi(), &OslaKindApi(),     &AilaKindApi(),
-      &OsdlKindApi(),         &UnfoKindApi(), &DrkKindApi(), &DrkprKindApi(),    &DvprKindApi()};
+      &OsdlKindApi(),         &UnfoKindApi(), &DrkKindApi(), &DrkprKindApi(),    &DvprKindApi(),
+      &ModuleKindApi(), &FgKindApi(),           &SfKindApi(),   &FgdKindApi(), &FgaKindApi()};
   return apis;
 }
 

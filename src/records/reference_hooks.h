@@ -41,6 +41,20 @@ bool RenewBornModuleTexts(const char* module_name, const char* module_version);
 bool DeleteFileGroupRequirementsOfModule(const char* module_name, const char* module_version);
 bool DeleteInstallReferencesToModule(const char* module_name, const char* module_version);
 bool DeleteProductModulesOfModule(const char* module_name, const char* module_version);
+bool DeleteRequiredModuleReferences(const char* module_name, const char* module_version);
+
+// Settings records that name a shipped file by its module, group, file
+// name and language (NULL parts match any value): the shipped-file
+// settings and created-settings records. Deleted with the file, renamed
+// with it; the query says whether any refers to it.
+bool DeleteSettingsOfShippedFile(const char* module_name, const char* module_version,
+                                 const char* group, const char* file_name, const char* language);
+bool RenameSettingsOfShippedFile(const char* module_name, const char* module_version,
+                                 const char* group, const char* file_name, const char* language,
+                                 const char* new_group, const char* new_file_name,
+                                 const char* new_language);
+bool SettingsReferToShippedFile(const char* module_name, const char* module_version,
+                                const char* group, const char* file_name, const char* language);
 
 }  // namespace qv
 

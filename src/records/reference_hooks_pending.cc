@@ -1,7 +1,7 @@
 // Stand-ins for the families not yet read: a profile without Driver Ads,
-// File Group Ads, Module Locations or Installed Icon Locations has nothing
-// that refers to an Ad, a location or an icon location; one without file
-// groups, installs or products has nothing to renew or delete for a module.
+// Module Locations or Installed Icon Locations has nothing that refers to
+// an Ad, a location or an icon location; one without installs or products
+// has nothing to delete for a module.
 #include "records/reference_hooks.h"
 
 namespace qv {
@@ -9,13 +9,7 @@ namespace qv {
 bool DeleteDriverAdsOfAd(uint32_t) {
   return true;
 }
-bool DeleteFileGroupAdsOfAd(uint32_t) {
-  return true;
-}
 bool UpdateDriverAdsOfAd(uint32_t, uint32_t, uint32_t) {
-  return true;
-}
-bool UpdateFileGroupAdsOfAd(uint32_t, uint32_t, uint32_t) {
   return true;
 }
 bool UpdateModuleLocationsOfLocation(const char*, const char*, uint32_t, const char*, const char*) {
@@ -25,17 +19,27 @@ bool UpdateInstalledIconLocationsOfIconLocation(const char*, uint32_t, const cha
   return true;
 }
 
-bool RenewBornModuleTexts(const char*, const char*) {
-  return true;
-}
-bool DeleteFileGroupRequirementsOfModule(const char*, const char*) {
-  return true;
-}
 bool DeleteInstallReferencesToModule(const char*, const char*) {
   return true;
 }
 bool DeleteProductModulesOfModule(const char*, const char*) {
   return true;
+}
+bool DeleteRequiredModuleReferences(const char*, const char*) {
+  return true;
+}
+
+
+// No family keeps shipped-file settings records yet: none refers to a file.
+bool DeleteSettingsOfShippedFile(const char*, const char*, const char*, const char*, const char*) {
+  return true;
+}
+bool RenameSettingsOfShippedFile(const char*, const char*, const char*, const char*, const char*,
+                                 const char*, const char*, const char*) {
+  return true;
+}
+bool SettingsReferToShippedFile(const char*, const char*, const char*, const char*, const char*) {
+  return false;
 }
 
 }  // namespace qv
