@@ -42,6 +42,7 @@ QvFlagNames* NewFlagNames(const KindSchema& schema);
 
 // Each family's entry.
 const KindApi& AdKindApi();
+const KindApi& ModuleKindApi();
 
 }  // namespace qv
 

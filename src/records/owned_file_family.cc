@@ -1,0 +1,343 @@
+#include "records/owned_file_family.h"
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "core/report_capture.h"
+#include "core/section_rewrite.h"
+#include "core/state.h"
+#include "core/text_chars.h"
+#include "platform/fs.h"
+#include "profile/global_file_list.h"
+#include "quorvex/catalogue.h"
+#include "quorvex/report.h"
+#include "quorvex/resources.h"
+#include "quorvex/text.h"
+#include "quorvex/vcs.h"
+#include "quorvex/writer.h"
+#include "records/family_io.h"
+#include "records/line_capacity.h"
+#include "records/new_files.h"
+#include "records/orvik_rows.h"
+#include "records/record_codec.h"
+
+namespace qv {
+namespace {
+
+char* At(void* record, size_t offset) {
+  return static_cast<char*>(record) + offset;
+}
+const char* At(const void* record, size_t offset) {
+  return static_cast<const char*>(record) + offset;
+}
+
+void CopyMember(void* to, const void* from, size_t offset, size_t size) {
+  memcpy(At(to, offset), At(from, offset), size);
+}
+
+void SetText(void* record, size_t offset, size_t size, const char* text) {
+  snprintf(At(record, offset), size, "%s", text != nullptr ? text : "");
+}
+
+const char* FileKindOf(const OwnedFileKind& kind) {
+  return kind.schema->kind->file_kind;
+}
+
+void Report(const char* text) {
+  ReportError(text, 0);
+}
+
+void ReportFormatted(const char* format, const char* text) {
+  char message[QV_LINE_SIZE];
+  snprintf(message, sizeof message, format, text);
+  ReportError(message, 0);
+}
+
+std::string FolderPath(const OwnedFileKind& kind) {
+  return std::string(State().profile_path) + "\\" + kind.folder + "\\";
+}
+
+// Reads the first identity line of an open file into a new record; false
+// (reported by the parsers) when that line does not read, true with no
+// record when the file has no such section or line.
+bool ReadIdentity(const OwnedFileKind& kind, QvFile file, const char* file_name,
+                  void** record_out) {
+  *record_out = nullptr;
+  const KindSchema& schema = *kind.schema;
+  if (!FindSection(file, schema.kind->section)) return true;
+  char line[QV_LINE_SIZE];
+  uint32_t flags = 0;
+  uint64_t cuts = CutLineCount();
+  if (!ReadRecordLine(file, line, &flags, State().comment_mode)) return true;
+  if (CutLineCount() != cuts) return false;
+  void* record = NewRecord(schema);
+  if (record == nullptr) return false;
+  SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));
+  RecordFlagsOf(schema, record) = flags;
+  SetText(record, kind.file_name_offset, kind.file_name_size, file_name);
+  if (!DecodeRecordLine(schema, line, record)) {
+    FreeRecord(record);
+    return false;
+  }
+  *record_out = record;
+  return true;
+}
+
+// A fresh copy of the "EN" text with that id under a new generated id; an
+// id whose text does not exist (or an empty one) gives an empty id.
+void RenewTextId(char* id, size_t size) {
+  if (id[0] == '\0') return;
+  ResourceRecord* text = nullptr;
+  if (MPGetResource("EN", id, &text) != 1 || text == nullptr) {
+    id[0] = '\0';
+    return;
+  }
+  text->ResourceName[0] = '\0';
+  snprintf(text->LanguageCode, sizeof text->LanguageCode, "EN");
+  if (MPPutResource(text) == 1) {
+    snprintf(id, size, "%s", text->ResourceName);
+  } else {
+    id[0] = '\0';
+  }
+  MPFreeResource(text);
+}
+
+// The file a record writes into, and where its old content comes from.
+struct PutFiles {
+  QvFile source = QV_NO_FILE;
+  std::string path;  // the record's file
+  bool created = false;
+};
+
+// Makes a new file for the record (and enters it as new in the global list
+// of files); its old content is the header template, or the parent's file.
+bool CreateOwnedFile(const OwnedFileKind& kind, void* record, const void* parent, PutFiles* files) {
+  char path[QV_PATH_SIZE] = "";
+  QvFile made = CreateMungedFile(At(record, kind.name_offset), At(record, kind.version_offset),
+                                 FileKindOf(kind), path);
+  if (!QvFileIsOpen(made)) {
+    ReportFormatted("Cannot create a file for %s.", At(record, kind.name_offset));
+    return false;
+  }
+  if (parent == nullptr) AddSections(made, FileKindOf(kind), "", "");
+  QvCloseFile(made);
+  files->path = path;
+  files->created = true;
+  if (parent != nullptr) {
+    char parent_path[QV_PATH_SIZE] = "";
+    files->source =
+        OpenProfileFile(State().profile_path, At(parent, kind.name_offset),
+                        At(parent, kind.version_offset), FileKindOf(kind), parent_path, MODE_READ);
+    if (!QvFileIsOpen(files->source)) {
+      Report(kind.parent_missing);
+      DeleteFile(files->path);
+      return false;
+    }
+  } else {
+    files->source = QvOpenFileForRead(path);
+  }
+  AddGlobalFileEntry(At(record, kind.name_offset), At(record, kind.version_offset),
+                     FileKindOf(kind), path, FS_CHECKED_OUT | kFileNewToVcs);
+  SetText(record, kind.file_name_offset, kind.file_name_size,
+          LastPathComponent(files->path).c_str());
+  return true;
+}
+
+// The record's existing file, found by its key or, failing that, by the
+// file name it carries.
+bool OpenExistingFile(const OwnedFileKind& kind, const void* record, PutFiles* files) {
+  char path[QV_PATH_SIZE] = "";
+  files->source =
+      OpenProfileFile(State().profile_path, At(record, kind.name_offset),
+                      At(record, kind.version_offset), FileKindOf(kind), path, MODE_UPDATE);
+  if (QvFileIsOpen(files->source)) {
+    files->path = path;
+    return true;
+  }
+  if (At(record, kind.file_name_offset)[0] == '\0') return true;  // a new file is made
+  files->path = FolderPath(kind) + At(record, kind.file_name_offset);
+  if (VcsCheckOut(files->path.c_str()) != 1) {
+    Report("Did a file just get removed from Source Safe?");
+    return false;
+  }
+  files->source = QvOpenFileForRead(files->path.c_str());
+  if (!QvFileIsOpen(files->source)) {
+    Report("Did you just delete a file from the database?");
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool ReadOwnedList(const OwnedFileKind& kind, RecordList** list_out) {
+  if (!RequireOpenProfile()) return false;
+  if (IsOrvikProfile()) return ReadOrvikRows(*kind.schema, list_out);
+  GenericList::New(list_out);
+  if (*list_out == nullptr) return false;
+  std::string pattern = FolderPath(kind) + "*." + kind.extension;
+  for (const DirEntry& entry : FindFiles(pattern)) {
+    if (entry.is_directory) continue;
+    std::string path = FolderPath(kind) + entry.name;
+    QvFile file = QvOpenFileForRead(path.c_str());
+    if (!QvFileIsOpen(file)) {
+      ReportFormatted("Cannot open input file %s.", path.c_str());
+      return false;
+    }
+    SetParseFile(path.c_str());
+    void* record = nullptr;
+    bool read = ReadIdentity(kind, file, entry.name.c_str(), &record);
+    QvCloseFile(file);
+    if (!read) return false;
+    if (record != nullptr && !GenericList::Append(*list_out, record)) {
+      FreeRecord(record);
+      return false;
+    }
+  }
+  return true;
+}
+
+bool FindOwnedNode(const OwnedFileKind& kind, const char* name, const char* version,
+                   const char* file_name, RecordList* list, void** record_out) {
+  *record_out = nullptr;
+  if (list == nullptr) return false;
+  list->current = nullptr;
+  while (void* record = GenericList::Next(list)) {
+    bool match;
+    if (file_name != nullptr && file_name[0] != '\0') {
+      match = EqualsIgnoreCase(file_name, At(record, kind.file_name_offset));
+    } else if (name == nullptr || name[0] == '\0') {
+      match = true;
+    } else {
+      match = strcmp(name, At(record, kind.name_offset)) == 0 &&
+              strcmp(version != nullptr ? version : "", At(record, kind.version_offset)) == 0;
+    }
+    if (match) {
+      *record_out = record;
+      return true;
+    }
+  }
+  list->current = nullptr;
+  return false;
+}
+
+bool GetOwned(const OwnedFileKind& kind, const char* name, const char* version, void** record_out) {
+  *record_out = nullptr;
+  RecordList* list = nullptr;
+  bool found = false;
+  if (ReadOwnedList(kind, &list)) {
+    void* match = nullptr;
+    found = FindOwnedNode(kind, name, version, nullptr, list, &match) &&
+            CopyOwned(kind, record_out, match, 0, nullptr);
+    if (!found && IsOrvikProfile()) Report(kind.fetch_failed);
+  }
+  GenericList::Free(list);
+  return found;
+}
+
+bool CopyOwned(const OwnedFileKind& kind, void** record_in_out, const void* source, int mode,
+               RecordList* list) {
+  const KindSchema& schema = *kind.schema;
+  void* stored = *record_in_out;
+  void* copy = NewRecord(schema);
+  if (copy == nullptr) return false;
+  memcpy(copy, source, schema.record_size);
+  if (schema.row_pointer_offset != SIZE_MAX) {
+    void* row = RowOf(schema, copy);
+    memcpy(At(copy, schema.row_pointer_offset), &row, sizeof row);
+  }
+  if (mode == 1 && stored != nullptr) {
+    // The stored record keeps what names it: its key, file and row tag.
+    CopyMember(copy, stored, kind.name_offset, kind.name_size);
+    CopyMember(copy, stored, kind.version_offset, kind.version_size);
+    CopyMember(copy, stored, kind.file_name_offset, kind.file_name_size);
+    for (const auto& [offset, size] : kind.kept_members) CopyMember(copy, stored, offset, size);
+  }
+  *record_in_out = copy;
+  if (stored != nullptr && list != nullptr) {
+    RecordNode* node = FindNodeByRecord(list, stored);
+    if (node == nullptr) {
+      Report("Cannot copy a node not listed in list");
+      return true;
+    }
+    node->record = copy;
+    FreeRecord(stored);
+  }
+  return true;
+}
+
+bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* parent) {
+  if (!RequireLockedProfile()) return false;
+  const KindSchema& schema = *kind.schema;
+  void* record = *record_in_out;
+  if (parent != nullptr) {
+    // Born from the parent: the child keeps what names it, takes the rest,
+    // and gets texts of its own.
+    void* child = record;
+    if (!CopyOwned(kind, &child, parent, 1, nullptr)) return false;
+    FreeRecord(record);
+    record = child;
+    *record_in_out = record;
+    for (const auto& [offset, size] : kind.text_ids) RenewTextId(At(record, offset), size);
+  }
+  if (!RecordFitsLine(schema, record)) return false;
+  if (IsOrvikProfile()) {
+    if (InsertOrvikRow(schema, record)) return true;
+    Report(kind.insert_failed);
+    return false;
+  }
+  PutFiles files;
+  if (!OpenExistingFile(kind, record, &files)) return false;
+  if (!QvFileIsOpen(files.source) && !CreateOwnedFile(kind, record, parent, &files)) return false;
+  SectionRewrite rewrite;
+  if (!rewrite.Begin(files.source, files.path.c_str(), schema.kind->section)) return false;
+  WriteRecordLine(schema, record, rewrite.output());
+  if (!rewrite.FinishAfterFirstRecord(State().comment_mode)) return false;
+  AddIfNewToVcs(files.path.c_str());
+  if (parent != nullptr && kind.renew_contents != nullptr) {
+    kind.renew_contents(At(record, kind.name_offset), At(record, kind.version_offset));
+  }
+  return true;
+}
+
+bool DeleteOwned(const OwnedFileKind& kind, const char* name, const char* version) {
+  if (!RequireLockedProfile()) return false;
+  if (kind.delete_references != nullptr && !kind.delete_references(name, version)) {
+    Report(kind.references_remain);
+    return false;
+  }
+  const KindSchema& schema = *kind.schema;
+  if (IsOrvikProfile()) {
+    void* key = NewRecord(schema);
+    if (key == nullptr) return false;
+    SetText(key, kind.name_offset, kind.name_size, name);
+    SetText(key, kind.version_offset, kind.version_size, version);
+    std::vector<const char*> members;
+    for (const MemberSpec& m : schema.members) {
+      if (m.offset == kind.name_offset || m.offset == kind.version_offset)
+        members.push_back(m.name);
+    }
+    bool deleted = DeleteOrvikRows(schema, key, members);
+    FreeRecord(key);
+    if (!deleted) Report(kind.delete_failed);
+    return deleted;
+  }
+  char path[QV_PATH_SIZE] = "";
+  QvFile file =
+      OpenProfileFile(State().profile_path, name, version, FileKindOf(kind), path, MODE_READ);
+  if (!QvFileIsOpen(file)) {
+    Report(kind.not_found_to_delete);
+    return false;
+  }
+  QvCloseFile(file);
+  SetReadOnly(path, false);
+  if (!DeleteFile(path)) {
+    Report(kind.cannot_delete_file);
+    return false;
+  }
+  RemoveGlobalFileEntry(name, version, FileKindOf(kind));
+  return VcsRemove(path) == 1;
+}
+
+}  // namespace qv
