@@ -232,6 +232,33 @@ TEST_F(ModuleFamilyTest, ABrokenModuleLineFailsTheListAndAPutReplacesOnlyThatLin
                 "\",\"\",,\r\n" + rest);
 }
 
+TEST_F(ModuleFamilyTest, DeletingAModuleRemovesItFromTheModulesThatRequireIt) {
+  WriteModule("editor.mo", "\n[Module]\n" + ModuleLine("Editor", "1"));
+  const std::string viewer_head =
+      "\n[Module]\n" + ModuleLine("Viewer", "1") + "[Modules I Require]\n";
+  WriteModule("viewer.mo",
+              viewer_head + "\"Editor\",\"1\"\r\n\"Other\",\"2\"\r\n[Module Locations]\n");
+  OpenLocked();
+  ASSERT_EQ(MPDeleteMO("Editor", "1"), 1);
+  EXPECT_EQ(ReadFileBytes(ModuleFile("viewer.mo")),
+            viewer_head + "\"Other\",\"2\"\r\n[Module Locations]\n");
+  EXPECT_TRUE(host_.errors().empty());
+}
+
+TEST_F(ModuleFamilyTest, DeletingALocationRemovesTheModuleLocationsThatNameIt) {
+  profile_.WriteLocations("\"Bin\",\"1\",\"$DR$\",,\"Bin\",,\"\",\"" + FlagLetters("") + "\"\r\n");
+  const std::string head = "\n[Module]\n" + ModuleLine("Editor", "1") + "[Module Locations]\n";
+  WriteModule("editor.mo", head + "\"Bin\",\"1\"\r\n\"Help\",\"1\"\r\n");
+  OpenLocked();
+  MLList* list = nullptr;
+  ASSERT_EQ(MPGetMLCompleteList("Editor", "1", &list, MODE_READ), 1);
+  EXPECT_EQ(list->count, 2u);
+  MPFreeMLList(list);
+  ASSERT_EQ(MPDeleteLO("Bin", "1"), 1);
+  EXPECT_EQ(ReadFileBytes(ModuleFile("editor.mo")), head + "\"Help\",\"1\"\r\n");
+  EXPECT_TRUE(host_.errors().empty());
+}
+
 TEST_F(ModuleFamilyTest, FlagTableKeepsItsDeliberateMaskAndLabels) {
   MOFlagNames* table = nullptr;
   ASSERT_EQ(MPGetMOFlagNames(&table), 1);

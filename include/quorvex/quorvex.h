@@ -15,6 +15,7 @@
 #include "quorvex/languages.h"
 #include "quorvex/list.h"
 #include "quorvex/locations.h"
+#include "quorvex/modulecontents.h"
 #include "quorvex/modules.h"
 #include "quorvex/ordinals.h"
 #include "quorvex/profile.h"

@@ -18,7 +18,8 @@ const std::vector<const KindApi*>& AllKindApis() {
       &AdKindApi(),           &LoKindApi(),   &IlKindApi(),  &ResourceKindApi(), &StringKindApi(),
       &RemoveStringKindApi(), &SlaKindApi(),  &DlaKindApi(), &OslaKindApi(),     &AilaKindApi(),
       &OsdlKindApi(),         &UnfoKindApi(), &DrkKindApi(), &DrkprKindApi(),    &DvprKindApi(),
-      &ModuleKindApi(), &FgKindApi(),           &SfKindApi(),   &FgdKindApi(), &FgaKindApi()};
+      &ModuleKindApi(),       &MdepKindApi(), &MlKindApi(),  &FgKindApi(),       &SfKindApi(),
+      &FgdKindApi(),          &FgaKindApi()};
   return apis;
 }
 

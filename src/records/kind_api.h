@@ -43,6 +43,8 @@ QvFlagNames* NewFlagNames(const KindSchema& schema);
 // Each family's entry.
 const KindApi& AdKindApi();
 const KindApi& ModuleKindApi();
+const KindApi& MdepKindApi();
+const KindApi& MlKindApi();
 
 }  // namespace qv
 

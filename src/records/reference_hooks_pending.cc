@@ -12,9 +12,6 @@ bool DeleteDriverAdsOfAd(uint32_t) {
 bool UpdateDriverAdsOfAd(uint32_t, uint32_t, uint32_t) {
   return true;
 }
-bool UpdateModuleLocationsOfLocation(const char*, const char*, uint32_t, const char*, const char*) {
-  return true;
-}
 bool UpdateInstalledIconLocationsOfIconLocation(const char*, uint32_t, const char*) {
   return true;
 }
@@ -23,9 +20,6 @@ bool DeleteInstallReferencesToModule(const char*, const char*) {
   return true;
 }
 bool DeleteProductModulesOfModule(const char*, const char*) {
-  return true;
-}
-bool DeleteRequiredModuleReferences(const char*, const char*) {
   return true;
 }
 
