@@ -259,6 +259,84 @@ TEST_F(ModuleFamilyTest, DeletingALocationRemovesTheModuleLocationsThatNameIt) {
   EXPECT_TRUE(host_.errors().empty());
 }
 
+// A module file with a line of every kind it holds, in the written form.
+const std::string kContents =
+    "[Document Languages]\r\n\"US\"\r\n\"DE\"\r\n"
+    "[Languages]\r\n\"US\",\"English text\",\"t29\"\r\n\"DE\",,\r\n"
+    "[Modules I Require]\r\n\"Shared\",\"2.0\"\r\n"
+    "[Created Files]\r\n\"log.txt\",\"Logs\",\"v1\",\"" +
+    FlagLetters("Y") +
+    "\"\r\n"
+    "[Installed Icons]\r\n"
+    "1,\"US\",\"Program\",\"EDIT.EXE\",,,,,\"EDIT.EXE /n\",,,,,\"Editor\",Y,N,Y,\"\",\"Starts "
+    "the editor\"\r\n"
+    "2,\"DE\",\"Program\",\"EDIT.EXE\",\"Help\",\"DE\",\"EDIT.HLP\",7,\"EDIT.EXE\",\"a\",\"b\","
+    "\"c\",\"d\",\"Editor\",N,N,N,\"x\",\"y\"\r\n"
+    "[Installed Icon Locations]\r\n1,\"Programs\\Vardo\",\"Programs\"\r\n"
+    "[Module Locations]\r\n\"Bin\",\"1\"\r\n";
+
+template <class List>
+uint32_t CountOf(List* list) {
+  return list != nullptr ? list->count : 0u;
+}
+
+TEST_F(ModuleFamilyTest, EveryKindOfTheModuleFileReadsAndWritesBackItsLines) {
+  const std::string file = "\n[Module]\n" + ModuleLine("Editor", "1") + kContents;
+  WriteModule("editor.mo", file);
+  OpenLocked();
+  MDLList* mdl = nullptr;
+  ASSERT_EQ(MPGetMDLCompleteList("Editor", "1", &mdl, MODE_READ), 1);
+  EXPECT_EQ(CountOf(mdl), 2u);
+  MLAList* mla = nullptr;
+  ASSERT_EQ(MPGetMLACompleteList("Editor", "1", &mla, MODE_READ), 1);
+  EXPECT_EQ(CountOf(mla), 2u);
+  CFList* cf = nullptr;
+  ASSERT_EQ(MPGetCFCompleteList("Editor", "1", &cf, MODE_READ), 1);
+  EXPECT_EQ(static_cast<CFRecord*>(cf->head->record)->row.Flags, 0x80000000u);
+  IIList* ii = nullptr;
+  ASSERT_EQ(MPGetIICompleteList("Editor", "1", &ii, MODE_READ), 1);
+  ASSERT_EQ(CountOf(ii), 2u);
+  auto* second = static_cast<IIRecord*>(ii->tail->record);
+  EXPECT_STREQ(second->row.FileName2, "EDIT.HLP");
+  EXPECT_EQ(second->row.Number2, 7u);
+  EXPECT_STREQ(second->row.ModuleName, "Editor");
+  IILList* iil = nullptr;
+  ASSERT_EQ(MPGetIILCompleteList("Editor", "1", &iil, MODE_READ), 1);
+  EXPECT_STREQ(static_cast<IILRecord*>(iil->head->record)->row.Text1023, "Programs\\Vardo");
+  // Writing back what was read leaves the file as it was.
+  ASSERT_EQ(MPPutMDLCompleteList("Editor", "1", mdl), 1);
+  ASSERT_EQ(MPPutMLACompleteList("Editor", "1", mla), 1);
+  ASSERT_EQ(MPPutCFCompleteList("Editor", "1", cf), 1);
+  ASSERT_EQ(MPPutIICompleteList("Editor", "1", ii), 1);
+  ASSERT_EQ(MPPutIILCompleteList("Editor", "1", iil), 1);
+  EXPECT_EQ(ReadFileBytes(ModuleFile("editor.mo")), file);
+  MPFreeMDLList(mdl);
+  MPFreeMLAList(mla);
+  MPFreeCFList(cf);
+  MPFreeIIList(ii);
+  MPFreeIILList(iil);
+  // Deleting an icon location takes the installed icon locations naming it.
+  profile_.WriteIcons("\"Programs\",\"WIN32_NT\",\"Programs\",\"" + FlagLetters("") + "\"\r\n");
+  ASSERT_EQ(MPDeleteIL("Programs"), 1);
+  EXPECT_EQ(ReadFileBytes(ModuleFile("editor.mo")).find("1,\"Programs\\Vardo\""),
+            std::string::npos);
+  ASSERT_EQ(MPDeleteII("Editor", "1", 0, nullptr, "Program", nullptr), 1);
+  IIList* left = nullptr;
+  ASSERT_EQ(MPGetIICompleteList("Editor", "1", &left, MODE_READ), 1);
+  EXPECT_EQ(CountOf(left), 0u);
+  MPFreeIIList(left);
+  EXPECT_TRUE(host_.errors().empty());
+}
+
+TEST_F(ModuleFamilyTest, AContainedKindOfAModuleWithoutAFileNamesTheModule) {
+  OpenLocked();
+  MDLList* list = nullptr;
+  EXPECT_EQ(MPGetMDLCompleteList("Ghost", "9", &list, MODE_READ), 0);
+  MPFreeMDLList(list);
+  EXPECT_EQ(host_.errors(), std::vector<std::string>{
+                                "File associated with module Ghost,9 cannot be found or opened!"});
+}
+
 TEST_F(ModuleFamilyTest, FlagTableKeepsItsDeliberateMaskAndLabels) {
   MOFlagNames* table = nullptr;
   ASSERT_EQ(MPGetMOFlagNames(&table), 1);

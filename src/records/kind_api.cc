@@ -18,7 +18,7 @@ const std::vector<const KindApi*>& AllKindApis() {
       &AdKindApi(),           &LoKindApi(),   &IlKindApi(),  &ResourceKindApi(), &StringKindApi(),
       &RemoveStringKindApi(), &SlaKindApi(),  &DlaKindApi(), &OslaKindApi(),     &AilaKindApi(),
       &OsdlKindApi(),         &UnfoKindApi(), &DrkKindApi(), &DrkprKindApi(),    &DvprKindApi(),
-      &ModuleKindApi(),       &MdepKindApi(), &MlKindApi(),  &FgKindApi(),       &SfKindApi(),
+      &ModuleKindApi(),       &MdepKindApi(), &MlKindApi(), &MdlKindApi(), &MlaKindApi(), &CfKindApi(), &IiKindApi(), &IilKindApi(),  &FgKindApi(),       &SfKindApi(),
       &FgdKindApi(),          &FgaKindApi()};
   return apis;
 }

@@ -45,6 +45,11 @@ const KindApi& AdKindApi();
 const KindApi& ModuleKindApi();
 const KindApi& MdepKindApi();
 const KindApi& MlKindApi();
+const KindApi& MdlKindApi();
+const KindApi& MlaKindApi();
+const KindApi& CfKindApi();
+const KindApi& IiKindApi();
+const KindApi& IilKindApi();
 
 }  // namespace qv
 

@@ -7,6 +7,7 @@
 
 #include "quorvex/modulecontents.h"
 #include "records/filegroup_families.h"
+#include "records/module_content_operations.h"
 #include "records/owned_kind_family.h"
 #include "records/reference_hooks.h"
 
@@ -142,65 +143,21 @@ bool UpdateModuleLocationsOfLocation(const char* name, const char* version, uint
 using qv::MdepFamily;
 using qv::MlFamily;
 
-QV_DEFINE_LIST_OPERATIONS(MDEP, MDEPRecord, MPFreeMDEP)
-QV_DEFINE_LIST_OPERATIONS(ML, MLRecord, MPFreeML)
+QV_DEFINE_MODULE_CONTENT_OPERATIONS(MDEP, MdepFamily)
+QV_DEFINE_MODULE_CONTENT_OPERATIONS(ML, MlFamily)
 
 extern "C" {
 
-int MPNewMDEP(MDEPRecord** recordOut) {
-  *recordOut = MdepFamily::New();
-  return *recordOut != nullptr ? 1 : 0;
-}
-int MPFreeMDEP(MDEPRecord* record) {
-  qv::FreeRecord(record);
-  return 1;
-}
-int MPGetMDEPCompleteList(const char* moduleName, const char* moduleVersion, MDEPList** listOut,
-                          uint32_t mode) {
-  return MdepFamily::ReadAll(moduleName, moduleVersion, listOut, mode);
-}
-int MPPutMDEPCompleteList(const char* moduleName, const char* moduleVersion, MDEPList* list) {
-  return MdepFamily::PutCompleteList(moduleName, moduleVersion, list);
-}
-int MPPutMDEP(MDEPRecord* record) {
-  return MdepFamily::Put(record);
-}
 int MPDeleteMDEP(const char* moduleName, const char* moduleVersion, const char* reqModuleName,
                  const char* reqModuleVersion) {
   return MdepFamily::Delete(
       {moduleName, moduleVersion, {qv::KeyPart(reqModuleName), qv::KeyPart(reqModuleVersion)}});
 }
-int MPGetMDEPFlagNames(MDEPFlagNames** tableOut) {
-  *tableOut = qv::NewFlagNames(MdepFamily::Schema());
-  return 1;
-}
 
-int MPNewML(MLRecord** recordOut) {
-  *recordOut = MlFamily::New();
-  return *recordOut != nullptr ? 1 : 0;
-}
-int MPFreeML(MLRecord* record) {
-  qv::FreeRecord(record);
-  return 1;
-}
-int MPGetMLCompleteList(const char* moduleName, const char* moduleVersion, MLList** listOut,
-                        uint32_t mode) {
-  return MlFamily::ReadAll(moduleName, moduleVersion, listOut, mode);
-}
-int MPPutMLCompleteList(const char* moduleName, const char* moduleVersion, MLList* list) {
-  return MlFamily::PutCompleteList(moduleName, moduleVersion, list);
-}
-int MPPutML(MLRecord* record) {
-  return MlFamily::Put(record);
-}
 int MPDeleteML(const char* moduleName, const char* moduleVersion, const char* locationName,
                const char* locationVersion) {
   return MlFamily::Delete(
       {moduleName, moduleVersion, {qv::KeyPart(locationName), qv::KeyPart(locationVersion)}});
-}
-int MPGetMLFlagNames(MLFlagNames** tableOut) {
-  *tableOut = qv::NewFlagNames(MlFamily::Schema());
-  return 1;
 }
 
 }  // extern "C"

@@ -12,9 +12,6 @@ bool DeleteDriverAdsOfAd(uint32_t) {
 bool UpdateDriverAdsOfAd(uint32_t, uint32_t, uint32_t) {
   return true;
 }
-bool UpdateInstalledIconLocationsOfIconLocation(const char*, uint32_t, const char*) {
-  return true;
-}
 
 bool DeleteInstallReferencesToModule(const char*, const char*) {
   return true;
