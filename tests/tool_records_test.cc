@@ -170,9 +170,9 @@ TEST_F(ToolRecordsTest, FlagsShowTheKindsTable) {
   ASSERT_EQ(text.status, 0) << text.err;
   EXPECT_EQ(text.out,
             "Ad (mask 0xe)\n"
-            "  bit 3  Participates in Local install\n"
-            "  bit 2  Participates in Network install\n"
-            "  bit 1  Participates in Workstation install\n");
+            "bit  3  field 8    Participates in Local install\n"
+            "bit  2  field 7    Participates in Network install\n"
+            "bit  1  field 6    Participates in Workstation install\n");
 }
 
 TEST_F(ToolRecordsTest, BadInputIsAUsageErrorAndChangesNothing) {

@@ -35,7 +35,7 @@ std::vector<std::string> FlagNames(uint32_t flags) {
 class InfoCommand : public Command {
  public:
   CLI::App* Register(CLI::App& app) override {
-    return app.add_subcommand("info", "what is open, how, and the profile's counts");
+    return app.add_subcommand("info", "what is open, how, and with which generated-name prefix");
   }
 
   int Run(const GlobalOptions& options) override {

@@ -1,87 +1,43 @@
 // The commands that work on records of any kind the engine knows:
 // list, get, put, delete and flags.
 #include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 
 #include "command.h"
+#include "kind_support.h"
+#include "progress.h"
 #include "quorvex/quorvex.h"
 #include "record_json.h"
 #include "records/kind_api.h"
 #include "records/record_codec.h"
 #include "records/record_list.h"
-#include "records/record_members.h"
-#include "records/rewrite_check.h"
 
 namespace qvtool {
 namespace {
 
 using Generic = qv::ListOps<void, &qv::FreeRecord>;
 
-const qv::KindApi* KindOrUsage(const std::string& code) {
-  const qv::KindApi* api = qv::FindKindApi(code);
-  if (api == nullptr) {
-    std::string known;
-    for (const qv::KindApi* k : qv::AllKindApis())
-      known += (known.empty() ? "" : ", ") + std::string(k->schema->kind->code);
-    PrintError("unknown kind " + code + " (known: " + known + ")");
+// Which kinds take an owner key, for the help of list.
+std::string OwnerKindsFooter() {
+  std::string kinds;
+  for (const qv::KindApi* api : qv::AllKindApis()) {
+    if (api->owner_names.empty()) continue;
+    kinds +=
+        std::string("  list ") + api->schema->kind->code + " " + KeyUsage(api->owner_names) + "\n";
   }
-  return api;
-}
-
-bool KeysFit(const qv::KindApi& api, const std::vector<std::string>& keys) {
-  if (keys.size() == api.key_names.size()) {
-    for (size_t i = 0; i < keys.size(); ++i) {
-      if (std::string(api.key_names[i]) == "id" &&
-          (keys[i] == "0" || keys[i].empty() ||
-           keys[i].find_first_not_of("0123456789") != std::string::npos)) {
-        PrintError("an id is a number above 0");
-        return false;
-      }
-    }
-    return true;
-  }
-  std::string names;
-  for (const char* n : api.key_names) names += std::string(" ") + n;
-  PrintError(std::string("kind ") + api.schema->kind->code + " takes the key" + names);
-  return false;
-}
-
-void PrintRecords(const GlobalOptions& options, const qv::KindSchema& schema,
-                  const std::vector<const void*>& records, bool as_array) {
-  if (options.json) {
-    nlohmann::ordered_json out = nlohmann::ordered_json::array();
-    for (const void* r : records) out.push_back(RecordToJson(schema, r));
-    std::cout << (as_array ? out : out.at(0)).dump(2) << "\n";
-  } else {
-    PrintRecordTable(schema, records, std::cout);
-  }
-}
-
-// The owner (the language) that picks the file of a record, for kinds kept
-// in one file per owner; empty for the others.
-std::string OwnerOf(const qv::KindApi& api, const void* record) {
-  if (api.owner_names.empty()) return "";
-  const qv::MemberSpec* member = qv::MemberForName(*api.schema, api.owner_names[0]);
-  return member != nullptr ? qv::MemberText(*member, record) : "";
-}
-
-// A file that does not read as written is not rewritten (the rewrite would
-// lose its broken lines or carry them on) unless --force says so.
-bool MayRewrite(const GlobalOptions& options, const qv::KindApi& api, const std::string& owner) {
-  if (options.force) return true;
-  std::optional<qv::ProfileProblem> problem = qv::RewriteProblem(*api.schema, owner);
-  if (!problem) return true;
-  PrintError(problem->file + ":" + std::to_string(problem->line) + ": " + problem->text);
-  PrintError(problem->file + " was left unchanged: mend it first, or --force writes anyway");
-  return false;
+  return "Kinds kept per owner take the owner as KEY:\n" + kinds +
+         "Plain output shows flags by label and hides recordFlags, lineNumber and\n"
+         "rowReference; -v shows them. --json prints every member as a number and\n"
+         "adds \"flagNames\".";
 }
 
 class KindCommand : public Command {
  protected:
   CLI::App* AddKind(CLI::App* sub) {
-    sub->add_option("KIND", kind_, "record code (AD, ...), in any case")->required();
+    sub->add_option("KIND", kind_, "record code (AD, LO, Resources, ...), in any case")->required();
     return sub;
   }
   std::string kind_;
@@ -91,62 +47,86 @@ class ListCommand : public KindCommand {
  public:
   CLI::App* Register(CLI::App& app) override {
     CLI::App* sub = AddKind(app.add_subcommand("list", "the records of a kind"));
-    sub->add_option("KEY", owner_, "owner key where the kind has one");
+    sub->add_option("KEY", owner_, "the owner key where the kind has one (LANGUAGE, e.g. US)");
+    sub->add_flag("-v,--verbose", verbose_, "also show recordFlags, lineNumber and rowReference");
+    sub->footer(OwnerKindsFooter());
     return sub;
   }
   int Run(const GlobalOptions& options) override {
     const qv::KindApi* api = KindOrUsage(kind_);
     if (api == nullptr) return kExitUsage;
-    if (owner_.size() != api->owner_names.size()) {
-      PrintError(std::string("kind ") + api->schema->kind->code + " takes " +
-                 std::to_string(api->owner_names.size()) + " owner key(s)");
-      return kExitUsage;
-    }
+    if (!OwnersFit("list", *api, owner_)) return kExitUsage;
     if (!OpenProfile(options, false)) return kExitFailed;
     RecordList* list = nullptr;
-    bool ok = api->list(owner_, &list);
+    bool ok;
+    {
+      Progress progress(std::string("reading ") + api->schema->kind->code + " records");
+      ok = api->list(owner_, &list);
+    }
     std::vector<const void*> records;
     if (ok) Generic::ForEach(list, [&](void* r) { records.push_back(r); });
-    if (ok) PrintRecords(options, *api->schema, records, true);
+    if (ok && records.empty() && !owner_.empty() && !OwnerExists(options, *api, owner_[0]))
+      ok = false;
+    else if (ok)
+      PrintRecords(options, *api->schema, records, true, verbose_);
     Generic::Free(list);
     return ok ? kExitOk : kExitFailed;
   }
 
  private:
   std::vector<std::string> owner_;
+  bool verbose_ = false;
 };
 
 class GetCommand : public KindCommand {
  public:
   CLI::App* Register(CLI::App& app) override {
     CLI::App* sub = AddKind(app.add_subcommand("get", "one record"));
-    sub->add_option("KEY", key_, "the record's key")->required();
+    sub->add_option("KEY", key_, "the record's key (see the kind's usage)")->required();
+    sub->add_flag("-v,--verbose", verbose_, "also show recordFlags, lineNumber and rowReference");
     return sub;
   }
   int Run(const GlobalOptions& options) override {
     const qv::KindApi* api = KindOrUsage(kind_);
     if (api == nullptr) return kExitUsage;
-    if (!KeysFit(*api, key_)) return kExitUsage;
+    if (!KeysFit("get", *api, key_)) return kExitUsage;
     if (!OpenProfile(options, false)) return kExitFailed;
     void* record = nullptr;
-    if (!api->get(key_, &record) || record == nullptr) {
+    bool found;
+    {
+      Progress progress(std::string("reading ") + api->schema->kind->code + " records");
+      found = api->get(key_, &record) && record != nullptr;
+    }
+    if (!found) {
+      if (!api->owner_names.empty() && !OwnerExists(options, *api, key_[0])) return kExitFailed;
       PrintError(std::string("no ") + api->schema->kind->code + " record with that key");
       return kExitFailed;
     }
-    PrintRecords(options, *api->schema, {record}, false);
+    PrintRecords(options, *api->schema, {record}, false, verbose_);
     qv::FreeRecord(record);
     return kExitOk;
   }
 
  private:
   std::vector<std::string> key_;
+  bool verbose_ = false;
 };
+
+constexpr char kPutFooter[] =
+    "Each record given replaces the whole stored record with the same key:\n"
+    "members left out become empty (0 or \"\"). To change some members of a\n"
+    "stored record, use `quorvex set KIND KEY... MEMBER=VALUE...`.\n"
+    "Flags may be given as the number or as \"flagNames\": [labels]. The\n"
+    "stored records are printed afterwards. An AD record that replaces a\n"
+    "stored one with the same id or name keeps the stored id and name; the\n"
+    "tool says so.";
 
 class PutCommand : public KindCommand {
  public:
   CLI::App* Register(CLI::App& app) override {
     CLI::App* sub = AddKind(app.add_subcommand("put", "add or replace records given as JSON"));
     sub->add_option("FILE", file_, "JSON file (one object or an array); - or none: standard input");
+    sub->footer(kPutFooter);
     return sub;
   }
   int Run(const GlobalOptions& options) override {
@@ -189,34 +169,7 @@ class PutCommand : public KindCommand {
       free_all();
       return kExitFailed;
     }
-    // Every file the records go to is looked at before any is changed.
-    std::vector<std::string> owners;
-    for (void* record : records) {
-      std::string owner = OwnerOf(*api, record);
-      if (std::find(owners.begin(), owners.end(), owner) != owners.end()) continue;
-      owners.push_back(owner);
-      if (!MayRewrite(options, *api, owner)) {
-        free_all();
-        return kExitFailed;
-      }
-    }
-    int status = kExitOk;
-    std::vector<void*> stored;
-    for (void* record : records) {
-      if (!api->put(record)) {
-        status = kExitFailed;
-        continue;
-      }
-      void* copy = api->stored(record);
-      stored.push_back(copy != nullptr ? copy : nullptr);
-      if (copy == nullptr) status = kExitFailed;
-    }
-    std::vector<const void*> shown;
-    for (void* s : stored) {
-      if (s != nullptr) shown.push_back(s);
-    }
-    if (!shown.empty()) PrintRecords(options, *api->schema, shown, as_array);
-    for (void* s : stored) qv::FreeRecord(s);
+    int status = PutRecords(options, *api, records, as_array) ? kExitOk : kExitFailed;
     free_all();
     return status;
   }
@@ -229,13 +182,13 @@ class DeleteCommand : public KindCommand {
  public:
   CLI::App* Register(CLI::App& app) override {
     CLI::App* sub = AddKind(app.add_subcommand("delete", "delete a record, with its references"));
-    sub->add_option("KEY", key_, "the record's key")->required();
+    sub->add_option("KEY", key_, "the record's key (see the kind's usage)")->required();
     return sub;
   }
   int Run(const GlobalOptions& options) override {
     const qv::KindApi* api = KindOrUsage(kind_);
     if (api == nullptr) return kExitUsage;
-    if (!KeysFit(*api, key_)) return kExitUsage;
+    if (!KeysFit("delete", *api, key_)) return kExitUsage;
     if (!OpenProfile(options, true)) return kExitFailed;
     if (!MayRewrite(options, *api, api->owner_names.empty() ? "" : key_[0])) return kExitFailed;
     if (!api->remove(key_)) {
@@ -250,10 +203,29 @@ class DeleteCommand : public KindCommand {
   std::vector<std::string> key_;
 };
 
+// Where a bit sits on a record line: its letter in a 32-letter flag string,
+// or the Y/N field that stands for it.
+std::string BitPlace(const qv::KindSchema& schema, int bit) {
+  uint32_t mask = 1u << bit;
+  for (size_t i = 0; i < schema.line.size(); ++i) {
+    const qv::LineField& field = schema.line[i];
+    if (field.syntax == qv::LineSyntax::kFlagString32) return "letter " + std::to_string(32 - bit);
+    if (field.syntax == qv::LineSyntax::kFlag && field.bit == mask)
+      return "field " + std::to_string(i + 1);
+  }
+  return "";
+}
+
 class FlagsCommand : public KindCommand {
  public:
   CLI::App* Register(CLI::App& app) override {
-    return AddKind(app.add_subcommand("flags", "the kind's flag-description table"));
+    CLI::App* sub = AddKind(app.add_subcommand("flags", "the kind's flag-description table"));
+    sub->footer(
+        "One line per bit: its number, where it sits on a record line (the letter\n"
+        "of the 32 Y/N letters, or the Y/N field) and its label. The short form\n"
+        "of a label (\"Local\" for \"Participates in Local install\") is what\n"
+        "list shows and what set and flagNames take as well as the label.");
+    return sub;
   }
   int Run(const GlobalOptions& options) override {
     const qv::KindApi* api = KindOrUsage(kind_);
@@ -271,9 +243,12 @@ class FlagsCommand : public KindCommand {
       std::cout << table->kindLabel << " (mask 0x" << std::hex << table->flagMask << std::dec
                 << ")\n";
       for (int i = 0; i < 32; ++i) {
-        if (table->bitNames[i][0] != '\0') {
-          std::cout << "  bit " << (31 - i) << "  " << table->bitNames[i] << "\n";
-        }
+        if (table->bitNames[i][0] == '\0') continue;
+        int bit = 31 - i;
+        std::string place = BitPlace(*api->schema, bit);
+        place.resize(std::max<size_t>(place.size(), 9), ' ');
+        std::cout << "bit " << (bit < 10 ? " " : "") << bit << "  " << place << "  "
+                  << table->bitNames[i] << "\n";
       }
     }
     MPFreeFlagNames(table);
@@ -282,6 +257,46 @@ class FlagsCommand : public KindCommand {
 };
 
 }  // namespace
+
+// Some refusals need more words than the engine's message.
+void SayWhyRefused(const qv::KindApi& api, const void* record) {
+  std::string why = api.put_refusal ? api.put_refusal(record) : "";
+  if (!why.empty()) PrintError(why);
+}
+
+bool PutRecords(const GlobalOptions& options, const qv::KindApi& api,
+                const std::vector<void*>& records, bool as_array) {
+  // Every file the records go to is looked at before any is changed.
+  std::vector<std::string> owners;
+  for (void* record : records) {
+    std::string owner = OwnerOf(api, record);
+    if (std::find(owners.begin(), owners.end(), owner) != owners.end()) continue;
+    owners.push_back(owner);
+    if (!MayRewrite(options, api, owner)) return false;
+  }
+  bool ok = true;
+  std::vector<void*> stored;
+  for (void* record : records) {
+    // The put may give the record its id: keep what was asked for.
+    void* given = qv::NewRecord(*api.schema);
+    memcpy(given, record, api.schema->record_size);
+    if (!api.put(record)) {
+      ok = false;
+      SayWhyRefused(api, record);
+    } else if (void* copy = api.stored(record)) {
+      NoteKeptIdentity(*api.schema, given, copy);
+      stored.push_back(copy);
+    } else {
+      ok = false;
+    }
+    qv::FreeRecord(given);
+  }
+  std::vector<const void*> shown;
+  for (void* s : stored) shown.push_back(s);
+  if (!shown.empty()) PrintRecords(options, *api.schema, shown, as_array, false);
+  for (void* s : stored) qv::FreeRecord(s);
+  return ok;
+}
 
 QVTOOL_REGISTER_COMMAND(ListCommand);
 QVTOOL_REGISTER_COMMAND(GetCommand);

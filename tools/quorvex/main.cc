@@ -5,9 +5,65 @@
 #include "quorvex/quorvex.h"
 #include "tool_host.h"
 
+namespace {
+
+// Usage lines of commands name the tool too: "Usage: quorvex put ...".
+class Formatter : public CLI::Formatter {
+ public:
+  std::string make_usage(const CLI::App* app, std::string name) const override {
+    std::string usage = CLI::Formatter::make_usage(app, name);
+    if (app->get_parent() == nullptr || name.rfind("quorvex", 0) == 0) return usage;
+    size_t at = usage.find(get_label("Usage") + ": ");
+    if (at != std::string::npos) usage.insert(at + get_label("Usage").size() + 2, "quorvex ");
+    return usage;
+  }
+};
+
+// "  name  description" for every command, as the help lists them.
+std::string CommandList(const CLI::App& app) {
+  std::string list;
+  for (const CLI::App* sub : app.get_subcommands({})) {
+    std::string name = sub->get_name();
+    list += "  " + name + std::string(name.size() < 16 ? 16 - name.size() : 1, ' ') +
+            sub->get_description() + "\n";
+  }
+  return list;
+}
+
+int UnknownCommand(const CLI::App& app, const std::string& name) {
+  qvtool::PrintError("unknown command '" + name + "'");
+  std::cerr << "usage: quorvex [OPTIONS] COMMAND [ARGS...]\n\nCommands:\n"
+            << CommandList(app) << "\nquorvex help COMMAND shows a command's arguments.\n";
+  return qvtool::kExitUsage;
+}
+
+// quorvex help [COMMAND]: the same text as --help, on standard output.
+int Help(const CLI::App& app, const std::string& name) {
+  if (name.empty()) {
+    std::cout << app.help();
+    return qvtool::kExitOk;
+  }
+  for (const CLI::App* sub : app.get_subcommands({})) {
+    if (sub->get_name() == name) {
+      std::cout << sub->help();
+      return qvtool::kExitOk;
+    }
+  }
+  return UnknownCommand(app, name);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-  CLI::App app{"quorvex: read and change Master Profiles and Orvik profiles"};
+  CLI::App app{"quorvex: read and change Master Profiles and Orvik profiles", "quorvex"};
   app.require_subcommand(1);
+  auto formatter = std::make_shared<Formatter>();
+  formatter->label("SUBCOMMAND", "COMMAND");
+  formatter->label("SUBCOMMANDS", "COMMANDS");
+  formatter->label("Subcommands", "Commands");
+  app.formatter(formatter);
+  app.set_version_flag("--version", std::string("quorvex ") + QUORVEX_VERSION_TEXT);
+  app.footer("quorvex help COMMAND (or COMMAND --help) shows a command's arguments.");
   qvtool::GlobalOptions options;
   app.add_option("-p,--profile", options.profile, "profile folder (or Orvik database file)");
   app.add_flag("--orvik", options.orvik, "the profile is an Orvik database");
@@ -20,10 +76,12 @@ int main(int argc, char** argv) {
   app.add_flag("--silent", options.silent, "never show the dialog; no message boxes");
   app.add_option("--log", options.log, "log file to create");
   auto* yes = app.add_flag("--yes", options.yes, "answer Yes to every question");
-  auto* no = app.add_flag("--no", options.no, "answer No to every question");
+  auto* no = app.add_flag("--no", options.no,
+                          "answer No to every question (the default without a terminal)");
   yes->excludes(no);
   app.add_flag("--force", options.force,
-               "put and delete rewrite a file even when it does not read as written");
+               "put, set and delete rewrite a file even when it does not read as written; "
+               "init fills a folder that is not empty");
   app.add_flag("--json", options.json, "print JSON instead of tables");
 
   std::vector<std::unique_ptr<qvtool::Command>> commands;
@@ -32,12 +90,36 @@ int main(int argc, char** argv) {
     commands.push_back(factory());
     subcommands.emplace_back(commands.back()->Register(app), commands.back().get());
   }
+  std::string help_topic;
+  CLI::App* help = app.add_subcommand("help", "this help, or a command's arguments");
+  help->add_option("COMMAND", help_topic, "the command to explain");
+
   try {
     app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::CallForAllHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::CallForVersion& e) {
+    return app.exit(e);
   } catch (const CLI::ParseError& e) {
-    int code = app.exit(e);
-    return code == 0 ? qvtool::kExitOk : qvtool::kExitUsage;
+    // A word where a command belongs names no command.
+    if (app.get_subcommands().empty() && !app.remaining().empty()) {
+      return UnknownCommand(app, app.remaining().front());
+    }
+    if (app.get_subcommands().empty() && dynamic_cast<const CLI::RequiredError*>(&e) != nullptr) {
+      qvtool::PrintError("no command given");
+      std::cerr << "usage: quorvex [OPTIONS] COMMAND [ARGS...]\n\nCommands:\n"
+                << CommandList(app) << "\nquorvex --help shows the options.\n";
+      return qvtool::kExitUsage;
+    }
+    app.exit(e);
+    if (!app.get_subcommands().empty()) {
+      std::cerr << "usage: " << app.get_subcommands().front()->help();
+    }
+    return qvtool::kExitUsage;
   }
+  if (help->parsed()) return Help(app, help_topic);
   qvtool::InstallToolHost(options);
   int status = qvtool::kExitUsage;
   for (auto& [sub, command] : subcommands) {

@@ -2,7 +2,9 @@
 
 #include <cstring>
 #include <iomanip>
+#include <sstream>
 
+#include "flag_labels.h"
 #include "records/record_codec.h"
 
 namespace qvtool {
@@ -85,11 +87,61 @@ bool SetMember(const qv::MemberSpec& m, const nlohmann::ordered_json& value, voi
   return false;
 }
 
+// Members that say how the record sits in its file or row rather than what
+// it holds: people see them only when they ask (-v).
+bool IsInternal(const qv::KindSchema& schema, const qv::MemberSpec& m) {
+  if (!m.in_row && m.offset == schema.record_flags_offset) return true;
+  if (!m.in_row && m.offset == schema.line_number_offset) return true;
+  return std::string(m.name) == "rowReference";
+}
+
+constexpr char kFlagNamesMember[] = "flagNames";
+
+// "flagNames" as the labels of the flag table; the number stays the word
+// to use when both are given, so they must agree.
+bool FlagsFromNames(const qv::KindSchema& schema, const nlohmann::ordered_json& object,
+                    void* record, std::string* error) {
+  auto names = object.find(kFlagNamesMember);
+  if (names == object.end()) return true;
+  const qv::MemberSpec* flags = FlagMember(schema);
+  if (flags == nullptr) {
+    *error = std::string("kind ") + schema.kind->code + " has no flag labels: leave out flagNames";
+    return false;
+  }
+  if (!names->is_array()) {
+    *error = "flagNames takes an array of labels";
+    return false;
+  }
+  uint32_t word = 0;
+  for (const nlohmann::ordered_json& name : *names) {
+    uint32_t bits = 0;
+    if (!name.is_string() || !FlagBitForLabel(schema, name.get<std::string>(), &bits)) {
+      *error = "flagNames: unknown label " + name.dump() + " (known: " + KnownLabels(schema) + ")";
+      return false;
+    }
+    word |= bits;
+  }
+  uint32_t given = qv::GetUnsigned(record, flags->offset, flags->type);
+  if (object.contains(flags->name) && given != word) {
+    *error = std::string(flags->name) + " (" + std::to_string(given) + ") and flagNames (" +
+             std::to_string(word) + ") disagree: give one of them";
+    return false;
+  }
+  qv::SetUnsigned(record, flags->offset, flags->type, word);
+  return true;
+}
+
 }  // namespace
 
 nlohmann::ordered_json RecordToJson(const qv::KindSchema& schema, const void* record) {
   nlohmann::ordered_json object = nlohmann::ordered_json::object();
-  for (const qv::MemberSpec& m : schema.members) object[m.name] = MemberValue(m, record);
+  const qv::MemberSpec* flags = FlagMember(schema);
+  for (const qv::MemberSpec& m : schema.members) {
+    object[m.name] = MemberValue(m, record);
+    if (&m == flags) {
+      object[kFlagNamesMember] = FlagLabels(schema, qv::GetUnsigned(record, m.offset, m.type));
+    }
+  }
   return object;
 }
 
@@ -100,6 +152,7 @@ bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& 
     return false;
   }
   for (auto it = object.begin(); it != object.end(); ++it) {
+    if (it.key() == kFlagNamesMember) continue;
     const qv::MemberSpec* member = nullptr;
     for (const qv::MemberSpec& m : schema.members) {
       if (it.key() == m.name) member = &m;
@@ -118,21 +171,43 @@ bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& 
       return false;
     }
   }
-  return true;
+  return FlagsFromNames(schema, object, record, error);
+}
+
+std::string MemberCell(const qv::KindSchema& schema, const qv::MemberSpec& m, const void* record) {
+  if (&m == FlagMember(schema)) return FlagCell(schema, qv::GetUnsigned(record, m.offset, m.type));
+  nlohmann::ordered_json v = MemberValue(m, record);
+  if (v.is_array()) {
+    // A version quad reads as people write versions.
+    std::string text;
+    for (const auto& part : v) text += (text.empty() ? "" : ".") + part.dump();
+    return text;
+  }
+  return v.is_string() ? v.get<std::string>() : v.dump();
+}
+
+bool IsInactive(const qv::KindSchema& schema, const void* record) {
+  return (qv::RecordFlagsOf(schema, record) & RECORD_IAO) != 0;
 }
 
 void PrintRecordTable(const qv::KindSchema& schema, const std::vector<const void*>& records,
-                      std::ostream& out) {
+                      std::ostream& out, bool verbose) {
+  std::vector<const qv::MemberSpec*> shown;
+  for (const qv::MemberSpec& m : schema.members) {
+    if (verbose || !IsInternal(schema, m)) shown.push_back(&m);
+  }
+  bool any_inactive = false;
+  for (const void* record : records) any_inactive = any_inactive || IsInactive(schema, record);
   std::vector<std::vector<std::string>> rows;
   std::vector<std::string> header;
-  for (const qv::MemberSpec& m : schema.members) header.push_back(m.name);
+  for (const qv::MemberSpec* m : shown) header.push_back(m->name);
+  // Inactive records (";IAO;" lines) are read but skipped by installs.
+  if (any_inactive) header.push_back("State");
   rows.push_back(header);
   for (const void* record : records) {
     std::vector<std::string> row;
-    for (const qv::MemberSpec& m : schema.members) {
-      nlohmann::ordered_json v = MemberValue(m, record);
-      row.push_back(v.is_string() ? v.get<std::string>() : v.dump());
-    }
+    for (const qv::MemberSpec* m : shown) row.push_back(MemberCell(schema, *m, record));
+    if (any_inactive) row.push_back(IsInactive(schema, record) ? "inactive" : "");
     rows.push_back(row);
   }
   std::vector<size_t> widths(header.size(), 0);
@@ -140,11 +215,14 @@ void PrintRecordTable(const qv::KindSchema& schema, const std::vector<const void
     for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
   }
   for (const auto& row : rows) {
+    std::ostringstream line;
     for (size_t i = 0; i < row.size(); ++i) {
-      out << (i ? "  " : "") << std::left << std::setw(i + 1 < row.size() ? widths[i] : 0)
-          << row[i];
+      line << (i ? "  " : "") << std::left << std::setw(i + 1 < row.size() ? widths[i] : 0)
+           << row[i];
     }
-    out << "\n";
+    std::string text = line.str();
+    text.erase(text.find_last_not_of(' ') + 1);
+    out << text << "\n";
   }
 }
 

@@ -13,12 +13,19 @@
 namespace qvtool {
 
 nlohmann::ordered_json RecordToJson(const qv::KindSchema& schema, const void* record);
-// Fills a new record from an object; members not given stay empty. False,
+// Each object carries "flagNames", the labels of the bits of its flag word.
+// Fills a new record from an object; members not given stay empty; flags
+// may be given by "flagNames" instead of the number. False,
 // with a reason, for unknown members or values of the wrong type or size.
 bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& object,
                     void* record, std::string* error);
+// One cell of a table: flags by their short labels, versions as a.b.c.d.
+std::string MemberCell(const qv::KindSchema& schema, const qv::MemberSpec& m, const void* record);
+bool IsInactive(const qv::KindSchema& schema, const void* record);
+// verbose shows the members that place a record in its file (recordFlags,
+// lineNumber, rowReference).
 void PrintRecordTable(const qv::KindSchema& schema, const std::vector<const void*>& records,
-                      std::ostream& out);
+                      std::ostream& out, bool verbose = false);
 
 }  // namespace qvtool
 

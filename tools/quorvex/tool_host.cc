@@ -3,8 +3,10 @@
 #include <unistd.h>
 
 #include <iostream>
+#include <set>
 #include <string>
 
+#include "progress.h"
 #include "quorvex/quorvex.h"
 
 namespace qvtool {
@@ -16,6 +18,10 @@ struct HostSettings {
 };
 HostSettings g_settings;
 int g_errors = 0;
+// A command may read the same file several times (a put reads the list,
+// writes it, reads it back): each problem is shown once per run.
+std::set<std::string> g_shown;
+bool g_hint_given = false;
 
 bool AskTerminal(const std::string& question) {
   std::cerr << question << " [y/n] " << std::flush;
@@ -27,12 +33,13 @@ bool AskTerminal(const std::string& question) {
 constexpr char kNextBoxQuestion[] = "\nDo you want to see a Message Box for the Next Error?";
 
 int MessageBox(void*, const char* text, const char* caption, int kind) {
+  ProgressPause pause;
   if (kind == QV_BOX_ERROR) {
     ++g_errors;
     std::string shown = text;
     size_t at = shown.rfind(kNextBoxQuestion);
     if (at != std::string::npos) shown.erase(at);
-    std::cerr << "quorvex: " << shown << "\n";
+    if (g_shown.insert(shown).second) std::cerr << "quorvex: " << shown << "\n";
     // Error boxes ask whether to show the next one: a tool always wants the
     // next error on standard error, so it never switches them off.
     return 1;
@@ -43,13 +50,17 @@ int MessageBox(void*, const char* text, const char* caption, int kind) {
     return g_settings.answer;
   }
   if (!g_settings.interactive) {
-    std::cerr << "(no terminal to ask: answered No; use --yes to agree)\n";
+    // The way out is said once; later questions of the run only show the answer.
+    std::cerr << (g_hint_given ? "(answered No)\n"
+                               : "(no terminal to ask: answered No; use --yes to agree)\n");
+    g_hint_given = true;
     return 0;
   }
   return AskTerminal("") ? 1 : 0;
 }
 
 int Dialog(void*, QuorvexOpenProfileRequest* request) {
+  ProgressPause pause;
   std::cerr << "Open Profile: " << request->message << "\n";
   // A tool is told what to open on its command line; the dialog would only
   // ask the same again. Refuse it, so the engine's failure surfaces.

@@ -1,0 +1,172 @@
+#include "open_diagnosis.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+
+#include "platform/fs.h"
+
+namespace qvtool {
+namespace {
+
+// The file opening reads first: a folder without it is no Master Profile.
+constexpr char kLocationsFile[] = "locs/vardo.lo";
+constexpr char kLockFile[] = "QUORVEX.LOK";
+constexpr char kSqliteHeader[] = "SQLite format 3";
+
+std::string Join(const std::string& folder, const char* name) {
+  return qv::ResolvePath(folder + "/" + name);
+}
+
+bool StartsWithSqliteHeader(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  char head[sizeof kSqliteHeader] = {};
+  in.read(head, sizeof head);
+  return in.gcount() == sizeof head && memcmp(head, kSqliteHeader, sizeof head) == 0;
+}
+
+bool FolderIsEmpty(const std::string& path) {
+  DIR* dir = opendir(path.c_str());
+  if (dir == nullptr) return false;
+  bool empty = true;
+  while (dirent* entry = readdir(dir)) {
+    if (strcmp(entry->d_name, ".") != 0 && strcmp(entry->d_name, "..") != 0) empty = false;
+  }
+  closedir(dir);
+  return empty;
+}
+
+// The process whose open files include the lock file, by its /proc entry.
+std::string ProcessHolding(const struct stat& lock) {
+  DIR* proc = opendir("/proc");
+  if (proc == nullptr) return "";
+  std::string found;
+  while (dirent* entry = readdir(proc)) {
+    if (!found.empty()) break;
+    std::string pid = entry->d_name;
+    if (pid.find_first_not_of("0123456789") != std::string::npos) continue;
+    if (pid == std::to_string(getpid())) continue;
+    std::string fds = "/proc/" + pid + "/fd";
+    DIR* dir = opendir(fds.c_str());
+    if (dir == nullptr) continue;
+    while (dirent* fd = readdir(dir)) {
+      struct stat st;
+      if (fd->d_name[0] == '.' || stat((fds + "/" + fd->d_name).c_str(), &st) != 0) continue;
+      if (st.st_dev == lock.st_dev && st.st_ino == lock.st_ino) {
+        std::string name;
+        std::ifstream comm("/proc/" + pid + "/comm");
+        std::getline(comm, name);
+        found = "pid " + pid + (name.empty() ? "" : ", " + name);
+        break;
+      }
+    }
+    closedir(dir);
+  }
+  closedir(proc);
+  return found;
+}
+
+std::string Reason(int error) {
+  return error == ENOENT ? "no such folder" : std::string(strerror(error));
+}
+
+std::vector<std::string> WhyOrvik(const std::string& path) {
+  std::string head = "cannot open " + path + ": ";
+  struct stat st;
+  if (stat(path.c_str(), &st) != 0) {
+    if (errno == ENOENT) return {head + "no such file"};
+    return {head + strerror(errno)};
+  }
+  if (S_ISDIR(st.st_mode)) {
+    return {head + "a folder, not an Orvik database file",
+            "a Master Profile folder opens without --orvik"};
+  }
+  if (access(path.c_str(), R_OK) != 0)
+    return {head + "cannot read the file (" + strerror(errno) + ")"};
+  if (!StartsWithSqliteHeader(path))
+    return {head + "not an Orvik profile (not an SQLite database)"};
+  if (access(path.c_str(), W_OK) != 0) {
+    return {head + "cannot write the database file (" + std::string(strerror(errno)) + ")",
+            "an Orvik profile is opened for reading and writing"};
+  }
+  return {head + "the engine refused the database (see its messages above)"};
+}
+
+}  // namespace
+
+std::string LockHolder(const std::string& lock_path) {
+  int fd = open(lock_path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return "";
+  struct flock probe = {};
+  probe.l_type = F_WRLCK;
+  probe.l_whence = SEEK_SET;
+  bool asked = false;
+#ifdef F_OFD_GETLK
+  asked = fcntl(fd, F_OFD_GETLK, &probe) == 0;
+#endif
+  if (!asked) {
+    probe = {};
+    probe.l_type = F_WRLCK;
+    asked = fcntl(fd, F_GETLK, &probe) == 0;
+  }
+  struct stat st;
+  bool have_stat = fstat(fd, &st) == 0;
+  close(fd);
+  if (!asked || probe.l_type == F_UNLCK) return "";
+  // Open file description locks name no process; the holder's open files do.
+  std::string holder = probe.l_pid > 0 ? "pid " + std::to_string(probe.l_pid) : "";
+  if (holder.empty() && have_stat) holder = ProcessHolding(st);
+  if (holder.empty()) {
+    std::ifstream in(lock_path);
+    std::string says;
+    std::getline(in, says);
+    if (!says.empty()) holder = "the lock file says: " + says;
+  }
+  return holder.empty() ? "another process" : holder;
+}
+
+std::vector<std::string> WhyOpenFailed(const std::string& path, bool orvik, bool locking) {
+  if (orvik) return WhyOrvik(path);
+  std::string head = "cannot open " + path + ": ";
+  std::string folder = qv::ResolvePath(path);
+  struct stat st;
+  if (stat(folder.c_str(), &st) != 0) return {head + Reason(errno)};
+  if (!S_ISDIR(st.st_mode)) {
+    if (StartsWithSqliteHeader(folder))
+      return {head + "not a folder (an SQLite file: give --orvik to open it as an Orvik profile)"};
+    return {head + "not a folder"};
+  }
+  std::string locations = Join(folder, kLocationsFile);
+  struct stat lo;
+  if (stat(locations.c_str(), &lo) != 0) {
+    std::vector<std::string> lines = {head + "not a Master Profile (" + kLocationsFile +
+                                      " is missing)"};
+    if (FolderIsEmpty(folder)) lines.push_back("`quorvex init " + path + "` makes an empty one");
+    return lines;
+  }
+  if (access(locations.c_str(), R_OK) != 0) {
+    return {head + "cannot read " + kLocationsFile + " (" + strerror(errno) + ")"};
+  }
+  if (locking) {
+    std::string lock_path = Join(folder, kLockFile);
+    std::string holder = LockHolder(lock_path);
+    if (!holder.empty()) {
+      return {head + "locked by " +
+                  (holder == "another process" ? holder : "another process (" + holder + ")"),
+              "the lock is " + lock_path + "; it goes when that process closes the profile"};
+    }
+    if (access(folder.c_str(), W_OK) != 0 || (st.st_mode & 0222) == 0) {
+      return {head + "cannot write in the folder (the lock file " + std::string(kLockFile) +
+                  " cannot be created)",
+              "changing commands and --lock need write access to " + path};
+    }
+  }
+  return {head + "the engine refused it (see its messages above)"};
+}
+
+}  // namespace qvtool
