@@ -10,16 +10,22 @@
 #include "records/language_lists.h"
 #include "records/location_family.h"
 #include "records/resource_family.h"
+#include "records/top_kinds.h"
 
 namespace qv {
 
 const std::vector<const KindApi*>& AllKindApis() {
   static const std::vector<const KindApi*> apis = {
-      &AdKindApi(),           &LoKindApi(),   &IlKindApi(),  &ResourceKindApi(), &StringKindApi(),
-      &RemoveStringKindApi(), &SlaKindApi(),  &DlaKindApi(), &OslaKindApi(),     &AilaKindApi(),
-      &OsdlKindApi(),         &UnfoKindApi(), &DrkKindApi(), &DrkprKindApi(),    &DvprKindApi(),
-      &ModuleKindApi(),       &MdepKindApi(), &MlKindApi(), &MdlKindApi(), &MlaKindApi(), &CfKindApi(), &IiKindApi(), &IilKindApi(),  &FgKindApi(),       &SfKindApi(),
-      &FgdKindApi(),          &FgaKindApi()};
+      &AdKindApi(), &LoKindApi(), &IlKindApi(), &ResourceKindApi(), &StringKindApi(),
+      &RemoveStringKindApi(), &SlaKindApi(), &DlaKindApi(), &OslaKindApi(), &AilaKindApi(),
+      &OsdlKindApi(), &UnfoKindApi(), &DrkKindApi(), &DrkprKindApi(), &DvprKindApi(),
+      &ModuleKindApi(), &MdepKindApi(), &MlKindApi(), &MdlKindApi(), &MlaKindApi(), &CfKindApi(),
+      &IiKindApi(), &IilKindApi(), &FgKindApi(), &SfKindApi(), &FgdKindApi(), &FgaKindApi(),
+      // Products, installs and module groups, and what their files hold.
+      &ProductKindApi(), &MpKindApi(), &PmKindApi(), &InstallKindApi(), &DpKindApi(),
+      &DslaKindApi(), &IlaKindApi(), &AmlKindApi(), &DaKindApi(), &SmKindApi(), &ArKindApi(),
+      &AmlaKindApi(), &DmgKindApi(), &DodlKindApi(), &DmKindApi(), &ModuleGroupKindApi(),
+      &MgmKindApi()};
   return apis;
 }
 

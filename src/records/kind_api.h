@@ -30,6 +30,9 @@ struct KindApi {
   // After a put, the stored record that the put wrote (found by the
   // record's keys), as a copy, or nullptr.
   std::function<void*(const void* record)> stored;
+  // After a refused put: what the host may add in plain words to the
+  // engine's message ("" or unset: nothing).
+  std::function<std::string(const void* record)> put_refusal;
 };
 
 const std::vector<const KindApi*>& AllKindApis();

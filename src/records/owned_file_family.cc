@@ -54,6 +54,14 @@ void ReportFormatted(const char* format, const char* text) {
   ReportError(message, 0);
 }
 
+// The second key part, "" for a kind keyed by its name alone.
+const char* VersionOf(const OwnedFileKind& kind, const void* record) {
+  return kind.version_size != 0 ? At(record, kind.version_offset) : "";
+}
+const char* KeyText(const char* text) {
+  return text != nullptr ? text : "";
+}
+
 std::string FolderPath(const OwnedFileKind& kind) {
   return std::string(State().profile_path) + "\\" + kind.folder + "\\";
 }
@@ -114,10 +122,12 @@ struct PutFiles {
 // of files); its old content is the header template, or the parent's file.
 bool CreateOwnedFile(const OwnedFileKind& kind, void* record, const void* parent, PutFiles* files) {
   char path[QV_PATH_SIZE] = "";
-  QvFile made = CreateMungedFile(At(record, kind.name_offset), At(record, kind.version_offset),
+  QvFile made = CreateMungedFile(At(record, kind.name_offset), VersionOf(kind, record),
                                  FileKindOf(kind), path);
   if (!QvFileIsOpen(made)) {
-    ReportFormatted("Cannot create a file for %s.", At(record, kind.name_offset));
+    if (kind.file_not_made != nullptr) {
+      ReportFormatted(kind.file_not_made, At(record, kind.name_offset));
+    }
     return false;
   }
   if (parent == nullptr) AddSections(made, FileKindOf(kind), "", "");
@@ -127,8 +137,8 @@ bool CreateOwnedFile(const OwnedFileKind& kind, void* record, const void* parent
   if (parent != nullptr) {
     char parent_path[QV_PATH_SIZE] = "";
     files->source =
-        OpenProfileFile(State().profile_path, At(parent, kind.name_offset),
-                        At(parent, kind.version_offset), FileKindOf(kind), parent_path, MODE_READ);
+        OpenProfileFile(State().profile_path, At(parent, kind.name_offset), VersionOf(kind, parent),
+                        FileKindOf(kind), parent_path, MODE_READ);
     if (!QvFileIsOpen(files->source)) {
       Report(kind.parent_missing);
       DeleteFile(files->path);
@@ -137,8 +147,8 @@ bool CreateOwnedFile(const OwnedFileKind& kind, void* record, const void* parent
   } else {
     files->source = QvOpenFileForRead(path);
   }
-  AddGlobalFileEntry(At(record, kind.name_offset), At(record, kind.version_offset),
-                     FileKindOf(kind), path, FS_CHECKED_OUT | kFileNewToVcs);
+  AddGlobalFileEntry(At(record, kind.name_offset), VersionOf(kind, record), FileKindOf(kind), path,
+                     FS_CHECKED_OUT | kFileNewToVcs);
   SetText(record, kind.file_name_offset, kind.file_name_size,
           LastPathComponent(files->path).c_str());
   return true;
@@ -148,9 +158,8 @@ bool CreateOwnedFile(const OwnedFileKind& kind, void* record, const void* parent
 // file name it carries.
 bool OpenExistingFile(const OwnedFileKind& kind, const void* record, PutFiles* files) {
   char path[QV_PATH_SIZE] = "";
-  files->source =
-      OpenProfileFile(State().profile_path, At(record, kind.name_offset),
-                      At(record, kind.version_offset), FileKindOf(kind), path, MODE_UPDATE);
+  files->source = OpenProfileFile(State().profile_path, At(record, kind.name_offset),
+                                  VersionOf(kind, record), FileKindOf(kind), path, MODE_UPDATE);
   if (QvFileIsOpen(files->source)) {
     files->path = path;
     return true;
@@ -163,7 +172,7 @@ bool OpenExistingFile(const OwnedFileKind& kind, const void* record, PutFiles* f
   }
   files->source = QvOpenFileForRead(files->path.c_str());
   if (!QvFileIsOpen(files->source)) {
-    Report("Did you just delete a file from the database?");
+    Report(kind.file_missing);
     return false;
   }
   return true;
@@ -211,7 +220,7 @@ bool FindOwnedNode(const OwnedFileKind& kind, const char* name, const char* vers
       match = true;
     } else {
       match = strcmp(name, At(record, kind.name_offset)) == 0 &&
-              strcmp(version != nullptr ? version : "", At(record, kind.version_offset)) == 0;
+              strcmp(KeyText(version), VersionOf(kind, record)) == 0;
     }
     if (match) {
       *record_out = record;
@@ -296,13 +305,15 @@ bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* paren
   if (!rewrite.FinishAfterFirstRecord(State().comment_mode)) return false;
   AddIfNewToVcs(files.path.c_str());
   if (parent != nullptr && kind.renew_contents != nullptr) {
-    kind.renew_contents(At(record, kind.name_offset), At(record, kind.version_offset));
+    kind.renew_contents(At(record, kind.name_offset), VersionOf(kind, record));
   }
   return true;
 }
 
 bool DeleteOwned(const OwnedFileKind& kind, const char* name, const char* version) {
   if (!RequireLockedProfile()) return false;
+  name = KeyText(name);
+  version = kind.version_size != 0 ? KeyText(version) : "";
   if (kind.delete_references != nullptr && !kind.delete_references(name, version)) {
     Report(kind.references_remain);
     return false;
@@ -315,7 +326,8 @@ bool DeleteOwned(const OwnedFileKind& kind, const char* name, const char* versio
     SetText(key, kind.version_offset, kind.version_size, version);
     std::vector<const char*> members;
     for (const MemberSpec& m : schema.members) {
-      if (m.offset == kind.name_offset || m.offset == kind.version_offset)
+      if (m.offset == kind.name_offset ||
+          (kind.version_size != 0 && m.offset == kind.version_offset))
         members.push_back(m.name);
     }
     bool deleted = DeleteOrvikRows(schema, key, members);

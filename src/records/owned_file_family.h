@@ -18,7 +18,8 @@ struct OwnedFileKind {
   const KindSchema* schema;  // the identity line; the kind table gives file kind and section
   const char* folder;        // the files' folder below the profile ("MODULES")
   const char* extension;     // of the files in it ("mo")
-  // Members of the record.
+  // Members of the record. A kind keyed by its name alone (installs) has
+  // version_size 0: its files are found, and its records matched, by name.
   size_t name_offset, name_size;
   size_t version_offset, version_size;
   size_t file_name_offset, file_name_size;
@@ -38,6 +39,12 @@ struct OwnedFileKind {
   // (the references others hold); both get the record's name and version.
   bool (*renew_contents)(const char* name, const char* version);
   bool (*delete_references)(const char* name, const char* version);
+  // The record names a file that is neither found nor there.
+  const char* file_missing = "Did you just delete a file from the database?";
+  // Said when no new file could be made for the record, besides what the
+  // file maker said itself; nullptr: nothing more (the file maker refuses
+  // module groups in its own words).
+  const char* file_not_made = "Cannot create a file for %s.";
 };
 
 // Every record of the kind: the first identity line of each of its files, in

@@ -1,20 +1,26 @@
-// Families whose records live in a module's file (file groups, shipped
-// files, their requirements and Ads): every record carries the module's
-// name and version first in its row, filled from the file it was read
-// from, and is known within the module by some of its members.
+// Families whose records live in an owner's file (a module's file groups,
+// shipped files, their requirements and Ads; a product's modules, an
+// install's products, ...): every record carries its owner's key first in
+// its row, filled from the file it was read from, and is known within the
+// owner by some of its members.
 //
 // A key part left out (nullopt) matches any value, so that a group name
 // alone names every file of the group; a key without module (nullptr)
 // reaches every module, which only the database can do in one step.
 //
 // A kind is described by a Desc:
-//   using Record;                 its row starts with ModuleName, ModuleVersion
+//   using Record;                 its row starts with the owner's key
 //   static constexpr auto kFree;
 //   static const KindSchema& Schema();
 //   static constexpr std::array<const char*, N> kKeyMembers;
 //   static constexpr const char* kInsertIn, kInsertInto, kDeleteFailed,
 //                                kNotForOrvik, kReferencesRemain;
 //   static bool DeleteReferences(const OwnedKey<N>&);
+// and, for owners other than modules (whose key is ModuleName and
+// ModuleVersion, "module" and "version" to the tool):
+//   static constexpr std::array<const char*, 1 or 2> kOwnerMembers, kOwnerLabels;
+// An owner named by one member (an install's name) has the key's
+// module_version unused. The file kind is that of the kind table's row.
 #ifndef QUORVEX_RECORDS_OWNED_KIND_FAMILY_H_
 #define QUORVEX_RECORDS_OWNED_KIND_FAMILY_H_
 
@@ -56,6 +62,23 @@ void SetModuleOwner(void* record, const char* name, const char* key) {
 }
 
 template <class Desc>
+constexpr auto OwnerMembersOf() {
+  if constexpr (requires { Desc::kOwnerMembers; }) {
+    return Desc::kOwnerMembers;
+  } else {
+    return std::array<const char*, 2>{"ModuleName", "ModuleVersion"};
+  }
+}
+template <class Desc>
+constexpr auto OwnerLabelsOf() {
+  if constexpr (requires { Desc::kOwnerLabels; }) {
+    return Desc::kOwnerLabels;
+  } else {
+    return std::array<const char*, 2>{"module", "version"};
+  }
+}
+
+template <class Desc>
 struct OwnedKindTraits {
   using Record = typename Desc::Record;
   static constexpr size_t kParts = Desc::kKeyMembers.size();
@@ -67,8 +90,14 @@ struct OwnedKindTraits {
   static constexpr const char* kNotForOrvik = Desc::kNotForOrvik;
   static constexpr const char* kReferencesRemain = Desc::kReferencesRemain;
 
+  static constexpr auto kOwnerMembers = OwnerMembersOf<Desc>();
+  static constexpr size_t kOwnerParts = kOwnerMembers.size();
+
   static const KindSchema& Schema() { return Desc::Schema(); }
   static const MemberSpec& Part(size_t i) { return SchemaMember(Schema(), Desc::kKeyMembers[i]); }
+  static const MemberSpec& OwnerMember(size_t i) {
+    return SchemaMember(Schema(), kOwnerMembers[i]);
+  }
   static char* At(Record* r, const MemberSpec& m) { return reinterpret_cast<char*>(r) + m.offset; }
   static const char* At(const Record& r, const MemberSpec& m) {
     return reinterpret_cast<const char*>(&r) + m.offset;
@@ -80,18 +109,34 @@ struct OwnedKindTraits {
     return std::to_string(GetUnsigned(&r, m.offset, m.type));
   }
 
-  static Owner OwnerOfKey(const Key& key) {
-    return Owner{key.module_name != nullptr ? key.module_name : "",
-                 key.module_version != nullptr ? key.module_version : ""};
+  static const char* OwnerName(const Record& r) { return At(r, OwnerMember(0)); }
+  static const char* OwnerVersion(const Record& r) {
+    if constexpr (kOwnerParts > 1) return At(r, OwnerMember(1));
+    return "";
   }
-  static Owner OwnerOfRecord(const Record& r) {
-    return Owner{r.row.ModuleName, r.row.ModuleVersion};
+  static void SetOwner(Record* r, const char* name, const char* version) {
+    snprintf(At(r, OwnerMember(0)), OwnerMember(0).size, "%s", name != nullptr ? name : "");
+    if constexpr (kOwnerParts > 1) {
+      snprintf(At(r, OwnerMember(1)), OwnerMember(1).size, "%s", version != nullptr ? version : "");
+    }
   }
+  // set_owner of the kind's schema.
+  static void SetOwnerOf(void* record, const char* name, const char* version) {
+    SetOwner(static_cast<Record*>(record), name, version);
+  }
+  // The file an owner's records are in; an owner named by one member has
+  // no second key.
+  static Owner OwnerFile(const char* name, const char* version) {
+    return Owner{name != nullptr ? name : "", kOwnerParts > 1 && version != nullptr ? version : ""};
+  }
+
+  static Owner OwnerOfKey(const Key& key) { return OwnerFile(key.module_name, key.module_version); }
+  static Owner OwnerOfRecord(const Record& r) { return Owner{OwnerName(r), OwnerVersion(r)}; }
 
   static Key KeyOf(const Record& r) {
     Key key;
-    key.module_name = r.row.ModuleName;
-    key.module_version = r.row.ModuleVersion;
+    key.module_name = OwnerName(r);
+    key.module_version = OwnerVersion(r);
     for (size_t i = 0; i < kParts; ++i) key.parts[i] = PartText(r, i);
     return key;
   }
@@ -104,8 +149,9 @@ struct OwnedKindTraits {
   }
   static Key ForList(RecordList*, const Key& key) { return key; }
   static bool InModule(const Record& r, const Key& key) {
-    if (key.module_name != nullptr && strcmp(key.module_name, r.row.ModuleName) != 0) return false;
-    return key.module_version == nullptr || strcmp(key.module_version, r.row.ModuleVersion) == 0;
+    if (key.module_name != nullptr && strcmp(key.module_name, OwnerName(r)) != 0) return false;
+    if (kOwnerParts < 2) return true;
+    return key.module_version == nullptr || strcmp(key.module_version, OwnerVersion(r)) == 0;
   }
   static bool Matches(const Record& r, const Key& key) {
     if (!InModule(r, key)) return false;
@@ -115,14 +161,15 @@ struct OwnedKindTraits {
     return true;
   }
   static void KeepIdentity(Record* copy, const Record& stored) {
-    memcpy(copy->row.ModuleName, stored.row.ModuleName, sizeof copy->row.ModuleName);
-    memcpy(copy->row.ModuleVersion, stored.row.ModuleVersion, sizeof copy->row.ModuleVersion);
+    for (size_t i = 0; i < kOwnerParts; ++i) {
+      memcpy(At(copy, OwnerMember(i)), At(stored, OwnerMember(i)), OwnerMember(i).size);
+    }
     for (size_t i = 0; i < kParts; ++i) {
       memcpy(At(copy, Part(i)), At(stored, Part(i)), Part(i).size);
     }
   }
   static void FillKey(Record* record, const Key& key) {
-    SetModuleOwner<Record>(record, key.module_name, key.module_version);
+    SetOwner(record, key.module_name, key.module_version);
     for (size_t i = 0; i < kParts; ++i) {
       if (!key.parts[i].has_value()) continue;
       const MemberSpec& m = Part(i);
@@ -136,8 +183,8 @@ struct OwnedKindTraits {
   }
   static std::vector<std::vector<const char*>> OrvikKeyTries(const Key& key) {
     std::vector<const char*> members;
-    if (key.module_name != nullptr) members.push_back("ModuleName");
-    if (key.module_version != nullptr) members.push_back("ModuleVersion");
+    if (key.module_name != nullptr) members.push_back(kOwnerMembers[0]);
+    if (kOwnerParts > 1 && key.module_version != nullptr) members.push_back(kOwnerMembers.back());
     for (size_t i = 0; i < kParts; ++i) {
       if (key.parts[i].has_value()) members.push_back(Desc::kKeyMembers[i]);
     }
@@ -161,7 +208,7 @@ class OwnedKindFamily : public KeyedFamily<OwnedKindTraits<DescT>> {
 
   static const KindSchema& Schema() { return Desc::Schema(); }
   static Owner ModuleOwner(const char* name, const char* version) {
-    return Owner{name != nullptr ? name : "", version != nullptr ? version : ""};
+    return Traits::OwnerFile(name, version);
   }
 
   // The database holds the rows of every module in one table: only the
@@ -187,7 +234,7 @@ class OwnedKindFamily : public KeyedFamily<OwnedKindTraits<DescT>> {
 
   // The records of a list handed in belong to the module it is put to.
   static int PutCompleteList(const char* name, const char* version, RecordList* list) {
-    List::ForEach(list, [&](Record* r) { SetModuleOwner<Record>(r, name, version); });
+    List::ForEach(list, [&](Record* r) { Traits::SetOwner(r, name, version); });
     return Base::PutCompleteList(ModuleOwner(name, version), list);
   }
   static int Write(const char* name, const char* version, RecordList* list) {
@@ -211,18 +258,19 @@ class OwnedKindFamily : public KeyedFamily<OwnedKindTraits<DescT>> {
     return any;
   }
 
-  // The kind's entry for the tool: the module's name and version, then the
-  // key members.
+  // The kind's entry for the tool: the owner's key, then the key members.
   static const KindApi& Api() {
     static const KindApi api = [] {
       KindApi a;
       a.schema = &Desc::Schema();
-      a.owner_names = {"module", "version"};
-      a.key_names = {"module", "version"};
+      const auto labels = OwnerLabelsOf<Desc>();
+      a.owner_names.assign(labels.begin(), labels.end());
+      a.key_names = a.owner_names;
       a.key_names.insert(a.key_names.end(), Desc::kKeyMembers.begin(), Desc::kKeyMembers.end());
       a.list = [](const Texts& owner, RecordList** list) {
-        if (owner.size() < 2) return false;
-        return ReadAll(owner[0].c_str(), owner[1].c_str(), list, MODE_READ) == 1;
+        if (owner.size() < Traits::kOwnerParts) return false;
+        const char* version = Traits::kOwnerParts > 1 ? owner.back().c_str() : "";
+        return ReadAll(owner[0].c_str(), version, list, MODE_READ) == 1;
       };
       a.get = [](const Texts& texts, void** record) {
         Record* found = nullptr;
@@ -248,13 +296,14 @@ class OwnedKindFamily : public KeyedFamily<OwnedKindTraits<DescT>> {
   }
 
  private:
-  // Texts from the tool name every part: the module, then each key member.
+  // Texts from the tool name every part: the owner, then each key member.
   static Key KeyFrom(const Texts& texts) {
+    constexpr size_t kOwner = Traits::kOwnerParts;
     Key key;
     key.module_name = texts.size() > 0 ? texts[0].c_str() : "";
-    key.module_version = texts.size() > 1 ? texts[1].c_str() : "";
+    key.module_version = kOwner > 1 && texts.size() > 1 ? texts[1].c_str() : "";
     for (size_t i = 0; i < Traits::kParts; ++i) {
-      key.parts[i] = i + 2 < texts.size() ? texts[i + 2] : std::string();
+      key.parts[i] = i + kOwner < texts.size() ? texts[i + kOwner] : std::string();
     }
     return key;
   }
