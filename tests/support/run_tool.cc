@@ -9,7 +9,8 @@
 
 namespace qvtest {
 
-ToolResult RunTool(const std::vector<std::string>& args, const std::string& input) {
+ToolResult RunProgram(const std::vector<std::string>& args, const std::string& input,
+                      const std::string& dir) {
   TempDir capture;
   std::string out_path = capture.Join("out");
   std::string err_path = capture.Join("err");
@@ -21,13 +22,12 @@ ToolResult RunTool(const std::vector<std::string>& args, const std::string& inpu
         !freopen(err_path.c_str(), "w", stderr)) {
       _exit(127);
     }
-    std::vector<char*> argv;
-    std::string tool = QUORVEX_TOOL;
-    argv.push_back(tool.data());
+    if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
     std::vector<std::string> copies = args;
+    std::vector<char*> argv;
     for (std::string& a : copies) argv.push_back(a.data());
     argv.push_back(nullptr);
-    execv(tool.c_str(), argv.data());
+    execvp(argv[0], argv.data());
     _exit(127);
   }
   int status = 0;
@@ -36,6 +36,21 @@ ToolResult RunTool(const std::vector<std::string>& args, const std::string& inpu
   result.out = ReadFileBytes(out_path);
   result.err = ReadFileBytes(err_path);
   return result;
+}
+
+std::string ToolPath() {
+  return QUORVEX_TOOL;
+}
+
+ToolResult RunToolIn(const std::string& dir, const std::vector<std::string>& args,
+                     const std::string& input) {
+  std::vector<std::string> argv = {ToolPath()};
+  argv.insert(argv.end(), args.begin(), args.end());
+  return RunProgram(argv, input, dir);
+}
+
+ToolResult RunTool(const std::vector<std::string>& args, const std::string& input) {
+  return RunToolIn("", args, input);
 }
 
 }  // namespace qvtest

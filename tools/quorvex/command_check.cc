@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "command.h"
+#include "progress.h"
 #include "quorvex/quorvex.h"
 #include "records/profile_check.h"
 #include "tool_host.h"
@@ -45,7 +46,11 @@ class CheckCommand : public Command {
       return kExitUsage;
     }
     if (!OpenProfile(options, false)) return kExitFailed;
-    qv::ProfileCheck check = qv::CheckProfile();
+    qv::ProfileCheck check;
+    {
+      Progress progress("checking the profile");
+      check = qv::CheckProfile();
+    }
     if (options.json) {
       nlohmann::ordered_json out = nlohmann::ordered_json::array();
       for (const qv::ProfileProblem& p : check.problems) {

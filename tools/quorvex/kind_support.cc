@@ -128,8 +128,9 @@ void NoteKeptIdentity(const qv::KindSchema& schema, const void* given, const voi
     std::string have = MemberCell(schema, *m, stored);
     // An id of 0 or an empty name asks for nothing in particular.
     if (want == have || want.empty() || want == "0") continue;
-    kept += (kept.empty() ? "" : ", ") + std::string(name) + " \"" + have + "\"";
-    asked += (asked.empty() ? "" : ", ") + std::string(name) + " \"" + want + "\"";
+    // Quoted as JSON strings, so that quotes inside names stay readable.
+    kept += (kept.empty() ? "" : ", ") + std::string(name) + " " + nlohmann::json(have).dump();
+    asked += (asked.empty() ? "" : ", ") + std::string(name) + " " + nlohmann::json(want).dump();
   }
   if (kept.empty()) return;
   PrintError(std::string("the ") + schema.kind->code +

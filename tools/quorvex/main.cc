@@ -39,13 +39,15 @@ int UnknownCommand(const CLI::App& app, const std::string& name) {
 
 // quorvex help [COMMAND]: the same text as --help, on standard output.
 int Help(const CLI::App& app, const std::string& name) {
+  // The formatter directly: App::help would describe the help command itself.
+  auto formatter = app.get_formatter();
   if (name.empty()) {
-    std::cout << app.help();
+    std::cout << formatter->make_help(&app, "quorvex", CLI::AppFormatMode::Normal);
     return qvtool::kExitOk;
   }
   for (const CLI::App* sub : app.get_subcommands({})) {
     if (sub->get_name() == name) {
-      std::cout << sub->help();
+      std::cout << formatter->make_help(sub, "quorvex " + name, CLI::AppFormatMode::Normal);
       return qvtool::kExitOk;
     }
   }
@@ -60,7 +62,6 @@ int main(int argc, char** argv) {
   auto formatter = std::make_shared<Formatter>();
   formatter->label("SUBCOMMAND", "COMMAND");
   formatter->label("SUBCOMMANDS", "COMMANDS");
-  formatter->label("Subcommands", "Commands");
   app.formatter(formatter);
   app.set_version_flag("--version", std::string("quorvex ") + QUORVEX_VERSION_TEXT);
   app.footer("quorvex help COMMAND (or COMMAND --help) shows a command's arguments.");
@@ -93,6 +94,7 @@ int main(int argc, char** argv) {
   std::string help_topic;
   CLI::App* help = app.add_subcommand("help", "this help, or a command's arguments");
   help->add_option("COMMAND", help_topic, "the command to explain");
+  for (CLI::App* sub : app.get_subcommands({})) sub->group("Commands");
 
   try {
     app.parse(argc, argv);

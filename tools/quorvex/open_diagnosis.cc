@@ -119,7 +119,13 @@ std::string LockHolder(const std::string& lock_path) {
   close(fd);
   if (!asked || probe.l_type == F_UNLCK) return "";
   // Open file description locks name no process; the holder's open files do.
-  std::string holder = probe.l_pid > 0 ? "pid " + std::to_string(probe.l_pid) : "";
+  std::string holder;
+  if (probe.l_pid > 0) {
+    std::string name;
+    std::ifstream comm("/proc/" + std::to_string(probe.l_pid) + "/comm");
+    std::getline(comm, name);
+    holder = "pid " + std::to_string(probe.l_pid) + (name.empty() ? "" : ", " + name);
+  }
   if (holder.empty() && have_stat) holder = ProcessHolding(st);
   if (holder.empty()) {
     std::ifstream in(lock_path);
@@ -160,13 +166,20 @@ std::vector<std::string> WhyOpenFailed(const std::string& path, bool orvik, bool
                   (holder == "another process" ? holder : "another process (" + holder + ")"),
               "the lock is " + lock_path + "; it goes when that process closes the profile"};
     }
+    struct stat lock;
+    if (stat(lock_path.c_str(), &lock) == 0 && !S_ISREG(lock.st_mode)) {
+      return {head + "the lock file " + kLockFile + " is not a file",
+              "remove " + lock_path + " to lock the profile"};
+    }
     if (access(folder.c_str(), W_OK) != 0 || (st.st_mode & 0222) == 0) {
       return {head + "cannot write in the folder (the lock file " + std::string(kLockFile) +
                   " cannot be created)",
               "changing commands and --lock need write access to " + path};
     }
   }
-  return {head + "the engine refused it (see its messages above)"};
+  // Opening reads every location: a line it cannot take fails the open.
+  return {head + kLocationsFile + " does not read (see the messages above)",
+          "`quorvex check` lists every problem of the profile"};
 }
 
 }  // namespace qvtool
