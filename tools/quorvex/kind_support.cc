@@ -52,7 +52,10 @@ bool KeysFit(const std::string& command, const qv::KindApi& api,
     }
     return true;
   }
-  PrintError("usage: quorvex " + command + " " + api.schema->kind->code + " " +
+  std::string names;
+  for (const char* n : api.key_names) names += std::string(" ") + n;
+  PrintError(std::string("kind ") + api.schema->kind->code + " takes the key" + names +
+             ": quorvex " + command + " " + api.schema->kind->code + " " +
              KeyUsage(api.key_names));
   return false;
 }
