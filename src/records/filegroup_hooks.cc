@@ -10,6 +10,7 @@
 #include "quorvex/resources.h"
 #include "quorvex/text.h"
 #include "records/filegroup_families.h"
+#include "records/orvik_rows.h"
 #include "records/reference_hooks.h"
 
 namespace qv {
@@ -54,22 +55,21 @@ bool RenewTexts(const char* module_name, const char* module_version) {
 }
 
 // Deletes, in every module, the records the key names (its module left
-// open); the database deletes them in one step when it holds any.
+// open); the database deletes them in one step.
 template <class Family>
 bool DeleteInEveryModule(typename Family::Key key) {
   key.module_name = nullptr;
   key.module_version = nullptr;
   if (IsOrvikProfile()) {
-    RecordList* rows = nullptr;
-    bool any = false;
-    if (Family::ReadAll(nullptr, nullptr, &rows, MODE_READ) == 1) {
-      Family::List::ForEach(rows, [&](typename Family::Record* r) {
-        any = OwnedKindTraits<typename Family::Desc>::Matches(*r, key);
-        return !any;
-      });
-    }
-    Family::List::Free(rows);
-    return !any || Family::Delete(key) == 1;
+    // Deleted straight from the table: a database without the table, or
+    // without such rows, has nothing that refers, which is no failure.
+    using Traits = OwnedKindTraits<typename Family::Desc>;
+    auto* scratch = Family::New();
+    if (scratch == nullptr) return false;
+    Traits::FillKey(scratch, key);
+    DeleteOrvikRows(Family::Schema(), scratch, Traits::OrvikKeyTries(key).front());
+    Traits::kFree(scratch);
+    return true;
   }
   bool ok = true;
   for (const auto& [name, version] : ProfileModules()) {
