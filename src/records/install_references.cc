@@ -46,13 +46,13 @@ const KindApi& DmKindApi() {
 
 bool DeleteInstallRows(const char* name) {
   if (!IsOrvikProfile()) return true;
-  ArFamily::Delete({name, "", {}});
-  IlaFamily::Delete({name, "", {}});
-  AmlaFamily::Delete({name, "", {}});
-  SmFamily::Delete({name, "", {}});
-  DaFamily::Delete({name, "", {}});
-  DmFamily::Delete({name, "", {}});
-  DpFamily::Delete({name, "", {}});
+  DeleteRowsQuietly<ArFamily>({name, "", {}});
+  DeleteRowsQuietly<IlaFamily>({name, "", {}});
+  DeleteRowsQuietly<AmlaFamily>({name, "", {}});
+  DeleteRowsQuietly<SmFamily>({name, "", {}});
+  DeleteRowsQuietly<DaFamily>({name, "", {}});
+  DeleteRowsQuietly<DmFamily>({name, "", {}});
+  DeleteRowsQuietly<DpFamily>({name, "", {}});
   return true;
 }
 

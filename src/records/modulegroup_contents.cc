@@ -55,7 +55,7 @@ const KindApi& MgmKindApi() {
 
 // The group's own rows; its file holds them in a Master Profile.
 bool DeleteModuleGroupRows(const char* name, const char* version) {
-  if (IsOrvikProfile()) MgmFamily::Delete({name, version, {}});
+  if (IsOrvikProfile()) DeleteRowsQuietly<MgmFamily>({name, version, {}});
   return true;
 }
 

@@ -35,6 +35,20 @@ std::vector<std::pair<std::string, std::string>> ProfileFileOwners(const char* f
                                                                    const char* section,
                                                                    bool with_version);
 
+// Deletes the database rows the key names straight from the table: a
+// database without the table, or without such rows, has nothing that
+// refers, which is no failure.
+template <class Family>
+bool DeleteRowsQuietly(const typename Family::Key& key) {
+  using Traits = OwnedKindTraits<typename Family::Desc>;
+  auto* scratch = Family::New();
+  if (scratch == nullptr) return false;
+  Traits::FillKey(scratch, key);
+  DeleteOrvikRows(Family::Schema(), scratch, Traits::OrvikKeyTries(key).front());
+  Traits::kFree(scratch);
+  return true;
+}
+
 // Deletes the records that the key names (its owner left out) in every
 // owner's file: the database in one step, the text store owner by owner.
 template <class Family>
@@ -43,7 +57,7 @@ bool DeleteInEveryOwner(typename Family::Key key, const char* file_kind, const c
   if (IsOrvikProfile()) {
     key.module_name = nullptr;
     key.module_version = nullptr;
-    return Family::Delete(key) == 1;
+    return DeleteRowsQuietly<Family>(key);
   }
   bool ok = true;
   for (const auto& [name, version] : ProfileFileOwners(file_kind, section, kTwoParts)) {

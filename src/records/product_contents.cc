@@ -125,8 +125,8 @@ bool DeleteProductModulesOfModule(const char* module_name, const char* module_ve
 // The product's own rows; its file holds them in a Master Profile.
 bool DeleteProductRows(const char* name, const char* version) {
   if (!IsOrvikProfile()) return true;
-  PmFamily::Delete({name, version, {}});
-  MpFamily::Delete({name, version, {}});
+  DeleteRowsQuietly<PmFamily>({name, version, {}});
+  DeleteRowsQuietly<MpFamily>({name, version, {}});
   return true;
 }
 
