@@ -134,7 +134,8 @@ TEST_F(ToolOutputTest, OwnerKeysAreExplainedAndUnknownOwnersReported) {
             "quorvex: usage: quorvex list Resources LANGUAGE (LANGUAGE: a language code of the "
             "profile, e.g. US)\n");
   auto help = RunTool({"help", "list"});
-  EXPECT_NE(help.out.find("list Resources LANGUAGE"), std::string::npos) << help.out;
+  EXPECT_NE(help.out.find("list KIND LANGUAGE"), std::string::npos) << help.out;
+  EXPECT_NE(help.out.find("e.g. US"), std::string::npos) << help.out;
 
   auto unknown = Run({"list", "Resources", "XX"});
   EXPECT_EQ(unknown.status, 1);

@@ -20,15 +20,27 @@ namespace {
 
 using Generic = qv::ListOps<void, &qv::FreeRecord>;
 
-// Which kinds take an owner key, for the help of list.
+// Which kinds take an owner key, for the help of list: one line per kind
+// of key, as more kinds keep their records per module or per install.
 std::string OwnerKindsFooter() {
-  std::string kinds;
+  std::vector<std::pair<std::string, std::string>> groups;  // placeholders, kinds
   for (const qv::KindApi* api : qv::AllKindApis()) {
     if (api->owner_names.empty()) continue;
-    kinds +=
-        std::string("  list ") + api->schema->kind->code + " " + KeyUsage(api->owner_names) + "\n";
+    std::string usage;
+    for (const char* name : api->owner_names) usage += " " + Placeholder(name);
+    auto at = std::find_if(groups.begin(), groups.end(),
+                           [&](const auto& group) { return group.first == usage; });
+    if (at == groups.end()) at = groups.insert(groups.end(), {usage, ""});
+    at->second += (at->second.empty() ? "" : ", ") + std::string(api->schema->kind->code);
   }
-  return "Kinds kept per owner take the owner as KEY:\n" + kinds +
+  std::string lines;
+  for (const auto& [usage, kinds] : groups) {
+    std::string call = "  list KIND" + usage;
+    lines += call + std::string(call.size() < 30 ? 30 - call.size() : 1, ' ') + kinds + "\n";
+  }
+  return "Kinds kept per owner take the owner as KEY (LANGUAGE: a language code\n"
+         "of the profile, e.g. US):\n" +
+         lines +
          "Plain output shows flags by label and hides recordFlags, lineNumber and\n"
          "rowReference; -v shows them. --json prints every member as a number and\n"
          "adds \"flagNames\".";

@@ -115,10 +115,15 @@ int main(int argc, char** argv) {
                 << CommandList(app) << "\nquorvex --help shows the options.\n";
       return qvtool::kExitUsage;
     }
-    app.exit(e);
-    if (!app.get_subcommands().empty()) {
-      std::cerr << "usage: " << app.get_subcommands().front()->help();
+    if (app.get_subcommands().empty()) {
+      app.exit(e);
+      return qvtool::kExitUsage;
     }
+    // A command's own mistake: what is wrong, its usage line, where to read more.
+    const CLI::App* sub = app.get_subcommands().front();
+    qvtool::PrintError(e.what());
+    std::cerr << formatter->make_usage(sub, "quorvex " + sub->get_name()) << "quorvex help "
+              << sub->get_name() << " explains it.\n";
     return qvtool::kExitUsage;
   }
   if (help->parsed()) return Help(app, help_topic);
