@@ -39,7 +39,11 @@ bool SectionRewrite::Begin(QvFile input, const char* profile_path, const char* s
     ReportError(message, 0);
     return false;
   }
-  output_ = output;
+  // The new content is put together in memory and written to the
+  // temporary file in one piece: a rewrite writes a field at a time, and a
+  // system call for each piece would cost far more than the bytes.
+  temporary_ = output;
+  output_ = File::OpenInMemory()->handle();
   temporary_path_ = temporary;
   cut_lines_ = CutLineCount();
   CopyHeadThroughSection(input_, output_, section_.c_str());
@@ -85,9 +89,12 @@ bool SectionRewrite::FinishAfterFirstRecord(int comment_mode) {
 
 bool SectionRewrite::Complete() {
   if (!CopiedWhole()) return false;
+  const std::string& content = File::FromHandle(output_)->memory();
+  bool written =
+      File::FromHandle(temporary_)->Write(content.data(), content.size()) == content.size();
   CloseFiles();
   finished_ = true;
-  if (QvReplaceProfileFile(temporary_path_.c_str(), profile_path_.c_str()) == 0) {
+  if (!written || QvReplaceProfileFile(temporary_path_.c_str(), profile_path_.c_str()) == 0) {
     char message[QV_LINE_SIZE];
     snprintf(message, sizeof message,
              "File %s cannot be written over, you may not have it checked out, and/or the "
@@ -102,8 +109,10 @@ bool SectionRewrite::Complete() {
 void SectionRewrite::CloseFiles() {
   QvCloseFile(input_);
   QvCloseFile(output_);
+  QvCloseFile(temporary_);
   input_ = QV_NO_FILE;
   output_ = QV_NO_FILE;
+  temporary_ = QV_NO_FILE;
 }
 
 }  // namespace qv

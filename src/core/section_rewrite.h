@@ -40,8 +40,8 @@ class SectionRewrite {
   bool Begin(QvFile input, const char* profile_path, const char* section,
              const char* tail_section = nullptr);
 
-  // The temporary file, positioned after the section's header: the family
-  // writes the section's records here.
+  // Where the family writes the section's records, positioned after the
+  // section's header; the new content goes to the temporary file at Finish.
   QvFile output() const { return output_; }
   const std::string& temporary_path() const { return temporary_path_; }
 
@@ -62,7 +62,8 @@ class SectionRewrite {
   bool CopiedWhole();
 
   QvFile input_ = QV_NO_FILE;
-  QvFile output_ = QV_NO_FILE;
+  QvFile output_ = QV_NO_FILE;     // the new content, in memory
+  QvFile temporary_ = QV_NO_FILE;  // the temporary file it goes to
   std::string profile_path_;
   std::string section_;
   std::string tail_section_;

@@ -46,8 +46,9 @@ class File {
   // return 0). Returns false for a negative result position.
   bool Seek(int64_t offset, int whence);  // SEEK_SET, SEEK_CUR, SEEK_END
   int64_t Tell() const { return position_; }
-  bool Flush();                                      // writes the OS buffers through (fsync)
-  const std::string& path() const { return path_; }  // the resolved host path
+  bool Flush();                                          // writes the OS buffers through (fsync)
+  const std::string& path() const { return path_; }      // the resolved host path
+  const std::string& memory() const { return memory_; }  // the bytes of a file in memory
 
   // The C API handle of this file and back.
   QvFile handle() { return reinterpret_cast<QvFile>(this); }
