@@ -7,8 +7,8 @@
 
 #include "quorvex/modulecontents.h"
 #include "records/filegroup_families.h"
-#include "records/module_content_operations.h"
 #include "records/owned_kind_family.h"
+#include "records/owner_kinds.h"
 #include "records/reference_hooks.h"
 
 namespace qv {
@@ -143,8 +143,8 @@ bool UpdateModuleLocationsOfLocation(const char* name, const char* version, uint
 using qv::MdepFamily;
 using qv::MlFamily;
 
-QV_DEFINE_MODULE_CONTENT_OPERATIONS(MDEP, MdepFamily)
-QV_DEFINE_MODULE_CONTENT_OPERATIONS(ML, MlFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(MDEP, MdepFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(ML, MlFamily)
 
 extern "C" {
 

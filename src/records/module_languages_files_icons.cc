@@ -4,26 +4,14 @@
 
 #include "quorvex/modulecontents.h"
 #include "records/filegroup_families.h"
-#include "records/module_content_operations.h"
 #include "records/owned_kind_family.h"
+#include "records/owner_kinds.h"
 #include "records/reference_hooks.h"
 
 namespace qv {
 namespace {
 
 constexpr uint32_t kOpt = FO_OPTIONAL;
-
-// What every kind of a module's file says in its failures, with its code.
-#define QV_MODULE_CONTENT_TEXTS(code)                                                         \
-  static constexpr const char* kInsertIn =                                                    \
-      "Cannot insert " #code " record in Orvik shipping profile";                             \
-  static constexpr const char* kInsertInto =                                                  \
-      "Cannot insert " #code " record into Orvik shipping profile";                           \
-  static constexpr const char* kDeleteFailed =                                                \
-      "Cannot delete " #code " record from Orvik shipping profile";                           \
-  static constexpr const char* kNotForOrvik = #code "s not implemented in QUORVEX for Orvik"; \
-  static constexpr const char* kReferencesRemain =                                            \
-      "Cannot delete all references to this " #code ", therefore cannot delete it.";
 
 template <class Record>
 KindSchema WithBookkeeping(KindSchema s) {
@@ -36,7 +24,7 @@ struct MdlDesc {
   using Record = MDLRecord;
   static constexpr auto kFree = &MPFreeMDL;
   static constexpr std::array<const char*, 1> kKeyMembers = {"LanguageCode"};
-  QV_MODULE_CONTENT_TEXTS(MDL)
+  QV_OWNED_KIND_TEXTS("MDL")
   static const KindSchema& Schema() {
     static const KindSchema schema = [] {
       KindSchema s = ModuleRecordSchema<MDLRecord>("MDL");
@@ -55,7 +43,7 @@ struct MlaDesc {
   using Record = MLARecord;
   static constexpr auto kFree = &MPFreeMLA;
   static constexpr std::array<const char*, 1> kKeyMembers = {"LanguageCode"};
-  QV_MODULE_CONTENT_TEXTS(MLA)
+  QV_OWNED_KIND_TEXTS("MLA")
   static const KindSchema& Schema() {
     static const KindSchema schema = [] {
       KindSchema s = ModuleRecordSchema<MLARecord>("MLA");
@@ -79,7 +67,7 @@ struct CfDesc {
   using Record = CFRecord;
   static constexpr auto kFree = &MPFreeCF;
   static constexpr std::array<const char*, 2> kKeyMembers = {"Text40a", "Text40b"};
-  QV_MODULE_CONTENT_TEXTS(CF)
+  QV_OWNED_KIND_TEXTS("CF")
   static const KindSchema& Schema() {
     static const KindSchema schema = [] {
       KindSchema s = ModuleRecordSchema<CFRecord>("CF");
@@ -105,7 +93,7 @@ struct IiDesc {
   static constexpr auto kFree = &MPFreeII;
   static constexpr std::array<const char*, 4> kKeyMembers = {"Number", "Language", "GroupName",
                                                              "FileName"};
-  QV_MODULE_CONTENT_TEXTS(II)
+  QV_OWNED_KIND_TEXTS("II")
   static const KindSchema& Schema() {
     static const KindSchema schema = [] {
       KindSchema s = ModuleRecordSchema<IIRecord>("II");
@@ -162,7 +150,7 @@ struct IilDesc {
   using Record = IILRecord;
   static constexpr auto kFree = &MPFreeIIL;
   static constexpr std::array<const char*, 2> kKeyMembers = {"Number", "IconLocation"};
-  QV_MODULE_CONTENT_TEXTS(IIL)
+  QV_OWNED_KIND_TEXTS("IIL")
   static const KindSchema& Schema() {
     static const KindSchema schema = [] {
       KindSchema s = ModuleRecordSchema<IILRecord>("IIL");
@@ -181,8 +169,6 @@ struct IilDesc {
   static bool DeleteReferences(const OwnedKey<2>&) { return true; }
   static int Put(IILRecord* record, bool* written);
 };
-
-#undef QV_MODULE_CONTENT_TEXTS
 
 using MdlFamily = OwnedKindFamily<MdlDesc>;
 using MlaFamily = OwnedKindFamily<MlaDesc>;
@@ -262,11 +248,11 @@ using qv::IilFamily;
 using qv::MdlFamily;
 using qv::MlaFamily;
 
-QV_DEFINE_MODULE_CONTENT_OPERATIONS(MDL, MdlFamily)
-QV_DEFINE_MODULE_CONTENT_OPERATIONS(MLA, MlaFamily)
-QV_DEFINE_MODULE_CONTENT_OPERATIONS(CF, CfFamily)
-QV_DEFINE_MODULE_CONTENT_OPERATIONS(II, IiFamily)
-QV_DEFINE_MODULE_CONTENT_OPERATIONS(IIL, IilFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(MDL, MdlFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(MLA, MlaFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(CF, CfFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(II, IiFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(IIL, IilFamily)
 
 extern "C" {
 
