@@ -158,8 +158,8 @@ TEST_F(ToolLanguageTest, FlagTables) {
   auto osdl = Run({"flags", "OSDL"});
   ASSERT_EQ(osdl.status, 0) << osdl.err;
   EXPECT_EQ(osdl.out,
-            "OS Document Language (mask 0x80000000)\n  bit 31  Default Application Document "
-            "Language\n");
+            "OS Document Language (mask 0x80000000)\nbit 31  letter 1   Default Application "
+            "Document Language\n");
   auto drkpr = Run({"flags", "DRKPR"});
   EXPECT_EQ(drkpr.out, "Development Reg Key Products (mask 0x0)\n");
 }
