@@ -144,7 +144,9 @@ TEST_F(InstallFamilyTest, ABornInstallGetsItsThreeTextsAnewAndKeepsTheSections) 
                 Sections("Editor", "3"));
   MPFreeDR(&child);
   DRRecord* orphan = NewInstall("Orphan");
-  EXPECT_EQ(MPPutDR(&orphan, NewInstall("Ghost")), 0);
+  DRRecord* ghost = NewInstall("Ghost");
+  EXPECT_EQ(MPPutDR(&orphan, ghost), 0);
+  MPFreeDR(&ghost);
   EXPECT_EQ(host_.errors(),
             std::vector<std::string>{"Parent Driver Could Not be found to birth Child."});
   MPFreeDR(&orphan);

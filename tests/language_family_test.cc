@@ -240,6 +240,7 @@ TEST_F(LanguageFamilyTest, FindCopyAndListOperations) {
   EXPECT_EQ(list->head->record, copy);
   EXPECT_EQ(MPDeleteSLANode(list, 1), 1);
   EXPECT_EQ(Codes(list), std::vector<std::string>{"DE"});
+  MPFreeSLA(copy);  // the node went, its record stays the caller's
   MPFreeSLA(source);
   MPFreeSLAList(list);
 }

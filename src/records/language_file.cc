@@ -68,6 +68,12 @@ bool ReadLanguageList(const LanguageFileKind& kind, const char* language, uint32
   if (file == QV_NO_FILE) return true;
   bool read = ReadLanguageSection(*kind.schema, file, language, *list_out);
   QvCloseFile(file);
+  if (!read) {
+    // A read that failed hands out no list: nothing half read can be
+    // written back.
+    GenericList::Free(*list_out);
+    *list_out = nullptr;
+  }
   return read;
 }
 
