@@ -53,6 +53,9 @@ bool RenameSettingsOfShippedFile(const char* module_name, const char* module_ver
                                  const char* group, const char* file_name, const char* language,
                                  const char* new_group, const char* new_file_name,
                                  const char* new_language);
+// The module's own settings records (module settings), which a database
+// profile holds apart from the module; deleted with the module.
+bool DeleteSettingsOfModule(const char* module_name, const char* module_version);
 bool SettingsReferToShippedFile(const char* module_name, const char* module_version,
                                 const char* group, const char* file_name, const char* language);
 

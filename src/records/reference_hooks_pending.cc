@@ -12,6 +12,9 @@ bool RenameSettingsOfShippedFile(const char*, const char*, const char*, const ch
                                  const char*, const char*, const char*) {
   return true;
 }
+bool DeleteSettingsOfModule(const char*, const char*) {
+  return true;
+}
 bool SettingsReferToShippedFile(const char*, const char*, const char*, const char*, const char*) {
   return false;
 }
