@@ -11,6 +11,7 @@
 #include "quorvex/text.h"
 #include "records/filegroup_families.h"
 #include "records/orvik_rows.h"
+#include "records/owner_kinds.h"
 #include "records/reference_hooks.h"
 
 namespace qv {
@@ -60,17 +61,7 @@ template <class Family>
 bool DeleteInEveryModule(typename Family::Key key) {
   key.module_name = nullptr;
   key.module_version = nullptr;
-  if (IsOrvikProfile()) {
-    // Deleted straight from the table: a database without the table, or
-    // without such rows, has nothing that refers, which is no failure.
-    using Traits = OwnedKindTraits<typename Family::Desc>;
-    auto* scratch = Family::New();
-    if (scratch == nullptr) return false;
-    Traits::FillKey(scratch, key);
-    DeleteOrvikRows(Family::Schema(), scratch, Traits::OrvikKeyTries(key).front());
-    Traits::kFree(scratch);
-    return true;
-  }
+  if (IsOrvikProfile()) return DeleteRowsQuietly<Family>(key);
   bool ok = true;
   for (const auto& [name, version] : ProfileModules()) {
     typename Family::Key in_module = key;

@@ -215,6 +215,10 @@ class KeyedFamily {
       return 0;
     }
     if (IsOrvikProfile()) {
+      if (!Traits::Schema().orvik_deletes) {
+        ReportError(Traits::kDeleteFailed, 0);
+        return 0;
+      }
       Record* scratch = New();
       if (scratch == nullptr) return 0;
       Traits::FillKey(scratch, key);

@@ -143,6 +143,9 @@ struct KindSchema {
   const char* tail_section = nullptr;
   // The name in "Cannot get %s out of Orvik profile." (nullptr: flag_label).
   const char* orvik_fetch_label = nullptr;
+  // Whether the database deletes the kind's rows; where it does not, every
+  // delete on a database profile fails with the kind's delete failure.
+  bool orvik_deletes = true;
 };
 
 }  // namespace qv

@@ -3,6 +3,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/report_capture.h"
+#include "quorvex/filegroups.h"
+#include "quorvex/installs.h"
+#include "quorvex/modulecontents.h"
 #include "quorvex/modules.h"
 #include "quorvex/report.h"
 #include "records/family_io.h"
@@ -157,6 +161,30 @@ const KindApi& ModuleKindApi() {
 
 QV_DEFINE_LIST_OPERATIONS(MO, MORecord, qv::FreeModule)
 
+namespace qv {
+namespace {
+
+// Each kind's own delete, with every key part but the module's left open.
+// A kind without rows of the module has nothing to delete, which is no
+// failure to tell: the results are not asked for.
+void DeleteModuleRows(const char* name, const char* version) {
+  ReportCapture quiet(/*quiet=*/true);
+  MPDeleteCF(name, version, nullptr, nullptr);
+  DeleteSettingsOfModule(name, version);
+  DeleteSettingsOfShippedFile(name, version, nullptr, nullptr, nullptr);
+  MPDeleteFG(name, version, nullptr);
+  MPDeleteML(name, version, nullptr, nullptr);
+  MPDeleteSF(name, version, nullptr, nullptr, nullptr);
+  MPDeleteMLA(name, version, nullptr);
+  MPDeleteII(name, version, 0, nullptr, nullptr, nullptr);
+  MPDeleteIIL(name, version, 0, nullptr);
+  MPDeleteDM(nullptr, name, version);
+  MPDeleteFGA(name, version, nullptr, 0);
+}
+
+}  // namespace
+}  // namespace qv
+
 extern "C" {
 
 int MPNewMO(MORecord** recordOut) {
@@ -211,8 +239,10 @@ int MPDeleteMO(const char* name, const char* version) {
 
 int MPDeleteMOReferences(const char* name, const char* version, uint32_t mask, uint32_t, uint32_t) {
   if (mask != qv::kDeleteMask) return 1;
-  // The module's own records live in its file and go with it; what others
-  // hold of it is deleted here, in this order, whatever each result.
+  // In a text profile the module's own records live in its file and go with
+  // it; the database holds them as rows of their own, deleted here first.
+  if (qv::IsOrvikProfile()) qv::DeleteModuleRows(name, version);
+  // What others hold of it goes next, in this order, whatever each result.
   qv::DeleteInstallReferencesToModule(name, version);
   qv::DeleteFileGroupRequirementsOfModule(name, version);
   qv::DeleteProductModulesOfModule(name, version);

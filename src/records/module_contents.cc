@@ -40,6 +40,7 @@ struct MdepDesc {
           QV_LINE_FIELD(MDEPRecord, row.ReqModuleVersion, LineSyntax::kText, 10, 0, 0),
       };
       s.flag_label = "Modules I Require";
+      s.orvik_deletes = false;
       return s;
     }();
     return schema;
@@ -102,6 +103,11 @@ const KindApi& MlKindApi() {
 }
 
 bool DeleteRequiredModuleReferences(const char* module_name, const char* module_version) {
+  // The database keeps required modules (its delete fails and says so).
+  if (IsOrvikProfile()) {
+    return MdepFamily::Delete(
+               {nullptr, nullptr, {KeyPart(module_name), KeyPart(module_version)}}) == 1;
+  }
   // Every module of the profile may require the one that goes.
   for (const auto& [name, version] : ProfileModules()) {
     MdepFamily::Key key{
