@@ -98,3 +98,39 @@ TEST_F(ToolFileGroupTest, RenameAGroupAndAFile) {
 }
 
 }  // namespace
+
+class ToolModuleBirthTest : public ToolFileGroupTest {};
+
+TEST_F(ToolModuleBirthTest, AModuleBornFromAParentGetsACopyOfItsFile) {
+  auto put = Run({"--json", "put", "MO", "--parent", "Core", "1.0"},
+                 R"({"Name": "Child", "Version": "2.0"})");
+  ASSERT_EQ(put.status, 0) << put.err;
+  const std::string file = json::parse(put.out).at("FileName");
+  EXPECT_FALSE(file.empty());
+  auto groups = Run({"--json", "list", "FG", "Child", "2.0"});
+  ASSERT_EQ(groups.status, 0) << groups.err;
+  EXPECT_EQ(Column(groups.out, "GroupName"), (std::vector<std::string>{"Main", "Sub"}));
+  auto files = Run({"--json", "list", "SF", "Child", "2.0"});
+  ASSERT_EQ(files.status, 0) << files.err;
+  EXPECT_EQ(Column(files.out, "FileName"), std::vector<std::string>{"a.exe"});
+  // The parent is untouched.
+  auto parent = Run({"--json", "list", "FG", "Core", "1.0"});
+  EXPECT_EQ(Column(parent.out, "GroupName"), (std::vector<std::string>{"Main", "Sub"}));
+}
+
+TEST_F(ToolModuleBirthTest, AParentThatIsNotThereWritesNothing) {
+  const std::string before = ReadFileBytes(ModuleFile());
+  auto put = Run({"put", "MO", "--parent", "None", "1.0"}, R"({"Name": "Child", "Version": "2.0"})");
+  EXPECT_EQ(put.status, 1);
+  EXPECT_NE(put.err.find("no MO record with the parent's key"), std::string::npos) << put.err;
+  EXPECT_EQ(Run({"get", "MO", "Child", "2.0"}).status, 1);
+  EXPECT_EQ(ReadFileBytes(ModuleFile()), before);
+}
+
+TEST_F(ToolModuleBirthTest, OnlyKindsWithBirthsTakeAParent) {
+  auto put = Run({"put", "FG", "--parent", "Core", "1.0"}, R"({"GroupName": "X"})");
+  EXPECT_EQ(put.status, 2);
+  EXPECT_NE(put.err.find("--parent is for MO, PR, DR and MG"), std::string::npos) << put.err;
+  auto shape = Run({"put", "MO", "--parent", "Core"}, R"({"Name": "Child", "Version": "2.0"})");
+  EXPECT_EQ(shape.status, 2) << shape.err;
+}

@@ -25,6 +25,9 @@ struct KindApi {
   std::function<bool(const Texts& key, void** record)> get;
   // Puts a record (it may receive its id); the record stays the caller's.
   std::function<bool(void* record)> put;
+  // Puts a record born from a parent record of the kind (a copy of the
+  // parent's file with texts of its own); unset for kinds without births.
+  std::function<bool(void* record, const void* parent)> put_child;
   std::function<bool(const Texts& key)> remove;
   std::function<bool(QvFlagNames** table)> flag_names;
   // After a put, the stored record that the put wrote (found by the

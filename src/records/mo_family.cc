@@ -11,6 +11,7 @@
 #include "quorvex/report.h"
 #include "records/family_io.h"
 #include "records/kind_api.h"
+#include "records/owned_file_api.h"
 #include "records/owned_file_family.h"
 #include "records/record_codec.h"
 #include "records/record_list.h"
@@ -115,45 +116,10 @@ void FreeModule(MORecord* record) {
   FreeRecord(record);
 }
 
-const KindApi& MakeModuleApi() {
-  static KindApi api;
-  api.schema = &ModuleSchema();
-  api.key_names = {"Name", "Version"};
-  api.list = [](const Texts&, RecordList** list) { return MPGetMOCompleteList(list) == 1; };
-  api.get = [](const Texts& key, void** record) {
-    MORecord* found = nullptr;
-    bool ok = MPGetMO(key.at(0).c_str(), key.at(1).c_str(), &found) == 1;
-    *record = found;
-    return ok;
-  };
-  api.put = [](void* record) {
-    // The tool keeps its record: the put works on a copy.
-    MORecord* copy = nullptr;
-    if (!CopyOwned(ModuleKind(), reinterpret_cast<void**>(&copy), record, 0, nullptr)) {
-      return false;
-    }
-    bool ok = MPPutMO(&copy, nullptr) == 1;
-    if (ok) memcpy(static_cast<MORecord*>(record)->FileName, copy->FileName, sizeof copy->FileName);
-    MPFreeMO(&copy);
-    return ok;
-  };
-  api.remove = [](const Texts& key) {
-    return MPDeleteMO(key.at(0).c_str(), key.at(1).c_str()) == 1;
-  };
-  api.flag_names = [](QvFlagNames** table) { return MPGetMOFlagNames(table) == 1; };
-  api.stored = [](const void* record) -> void* {
-    const auto* module = static_cast<const MORecord*>(record);
-    MORecord* found = nullptr;
-    MPGetMO(module->row.Name, module->row.Version, &found);
-    return found;
-  };
-  return api;
-}
-
 }  // namespace
 
 const KindApi& ModuleKindApi() {
-  static const KindApi& api = MakeModuleApi();
+  static const KindApi api = MakeOwnedFileApi(ModuleKind());
   return api;
 }
 

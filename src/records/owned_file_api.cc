@@ -18,6 +18,18 @@ const char* VersionKey(const OwnedFileKind& kind, const Texts& key) {
   return kind.version_size != 0 && key.size() > 1 ? key[1].c_str() : "";
 }
 
+// The tool keeps its record: the put works on a copy, and the file it was
+// given comes back.
+bool PutCopy(const OwnedFileKind& kind, void* record, const void* parent) {
+  void* copy = nullptr;
+  if (!CopyOwned(kind, &copy, record, 0, nullptr)) return false;
+  bool ok = PutOwned(kind, &copy, parent);
+  memcpy(static_cast<char*>(record) + kind.file_name_offset,
+         static_cast<const char*>(copy) + kind.file_name_offset, kind.file_name_size);
+  FreeRecord(copy);
+  return ok;
+}
+
 }  // namespace
 
 KindApi MakeOwnedFileApi(const OwnedFileKind& kind) {
@@ -31,17 +43,8 @@ KindApi MakeOwnedFileApi(const OwnedFileKind& kind) {
   api.get = [k](const Texts& key, void** record) {
     return GetOwned(*k, key.at(0).c_str(), VersionKey(*k, key), record);
   };
-  api.put = [k](void* record) {
-    // The tool keeps its record: the put works on a copy, and the file it
-    // was given comes back.
-    void* copy = nullptr;
-    if (!CopyOwned(*k, &copy, record, 0, nullptr)) return false;
-    bool ok = PutOwned(*k, &copy, nullptr);
-    memcpy(static_cast<char*>(record) + k->file_name_offset,
-           static_cast<const char*>(copy) + k->file_name_offset, k->file_name_size);
-    FreeRecord(copy);
-    return ok;
-  };
+  api.put = [k](void* record) { return PutCopy(*k, record, nullptr); };
+  api.put_child = [k](void* record, const void* parent) { return PutCopy(*k, record, parent); };
   api.remove = [k](const Texts& key) {
     return DeleteOwned(*k, key.at(0).c_str(), VersionKey(*k, key));
   };

@@ -131,13 +131,18 @@ constexpr char kPutFooter[] =
     "Flags may be given as the number or as \"flagNames\": [labels]. The\n"
     "stored records are printed afterwards. An AD record that replaces a\n"
     "stored one with the same id or name keeps the stored id and name; the\n"
-    "tool says so.";
+    "tool says so.\n"
+    "With --parent KEY... (MO, PR, DR and MG), a new record is born from the\n"
+    "stored record with that key: its file is a copy of the parent's, and the\n"
+    "texts it names are fresh copies of the parent's.";
 
 class PutCommand : public KindCommand {
  public:
   CLI::App* Register(CLI::App& app) override {
     CLI::App* sub = AddKind(app.add_subcommand("put", "add or replace records given as JSON"));
     sub->add_option("FILE", file_, "JSON file (one object or an array); - or none: standard input");
+    sub->add_option("--parent", parent_, "the key of the record the new ones are born from")
+        ->expected(1, 2);
     sub->footer(kPutFooter);
     return sub;
   }
@@ -154,6 +159,14 @@ class PutCommand : public KindCommand {
         return kExitUsage;
       }
       text << in.rdbuf();
+    }
+    if (!parent_.empty()) {
+      if (!api->put_child) {
+        PrintError(std::string("kind ") + api->schema->kind->code +
+                   " has no births: --parent is for MO, PR, DR and MG");
+        return kExitUsage;
+      }
+      if (!KeysFit("put --parent", *api, parent_)) return kExitUsage;
     }
     nlohmann::ordered_json input = nlohmann::ordered_json::parse(text.str(), nullptr, false);
     if (input.is_discarded()) {
@@ -181,13 +194,22 @@ class PutCommand : public KindCommand {
       free_all();
       return kExitFailed;
     }
-    int status = PutRecords(options, *api, records, as_array) ? kExitOk : kExitFailed;
+    void* parent = nullptr;
+    if (!parent_.empty() && !(api->get(parent_, &parent) && parent != nullptr)) {
+      PrintError(std::string("no ") + api->schema->kind->code +
+                 " record with the parent's key: nothing was written");
+      free_all();
+      return kExitFailed;
+    }
+    int status = PutRecords(options, *api, records, as_array, parent) ? kExitOk : kExitFailed;
+    if (parent != nullptr) qv::FreeRecord(parent);
     free_all();
     return status;
   }
 
  private:
   std::string file_;
+  std::vector<std::string> parent_;
 };
 
 class DeleteCommand : public KindCommand {
@@ -277,7 +299,7 @@ void SayWhyRefused(const qv::KindApi& api, const void* record) {
 }
 
 bool PutRecords(const GlobalOptions& options, const qv::KindApi& api,
-                const std::vector<void*>& records, bool as_array) {
+                const std::vector<void*>& records, bool as_array, const void* parent) {
   // Every file the records go to is looked at before any is changed.
   std::vector<std::string> owners;
   for (void* record : records) {
@@ -292,7 +314,7 @@ bool PutRecords(const GlobalOptions& options, const qv::KindApi& api,
     // The put may give the record its id: keep what was asked for.
     void* given = qv::NewRecord(*api.schema);
     memcpy(given, record, api.schema->record_size);
-    if (!api.put(record)) {
+    if (!(parent != nullptr ? api.put_child(record, parent) : api.put(record))) {
       ok = false;
       SayWhyRefused(api, record);
     } else if (void* copy = api.stored(record)) {

@@ -45,10 +45,11 @@ void PrintRecords(const GlobalOptions& options, const qv::KindSchema& schema,
 // than the one given (a put that replaces a record keeps its identity).
 void NoteKeptIdentity(const qv::KindSchema& schema, const void* given, const void* stored);
 
-// Puts the records (after MayRewrite for each file they go to) and prints
-// what was stored. False when any put failed.
+// Puts the records (after MayRewrite for each file they go to), each born
+// from parent when one is given, and prints what was stored. False when any
+// put failed.
 bool PutRecords(const GlobalOptions& options, const qv::KindApi& api,
-                const std::vector<void*>& records, bool as_array);
+                const std::vector<void*>& records, bool as_array, const void* parent = nullptr);
 
 }  // namespace qvtool
 
