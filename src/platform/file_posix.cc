@@ -15,6 +15,7 @@
 
 #include "platform/file.h"
 #include "platform/fs.h"
+#include "platform/write_faults.h"
 
 namespace qv {
 
@@ -165,7 +166,9 @@ size_t File::Write(const void* data, size_t n) {
   }
   size_t done = 0;
   while (done < n) {
-    ssize_t w = pwrite(fd_, in + done, n - done, position_ + static_cast<int64_t>(done));
+    size_t allowed = AllowedWrite(n - done);
+    if (allowed == 0) break;
+    ssize_t w = pwrite(fd_, in + done, allowed, position_ + static_cast<int64_t>(done));
     if (w < 0) {
       if (errno == EINTR) continue;
       break;

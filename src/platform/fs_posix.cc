@@ -14,6 +14,7 @@
 
 #include "platform/fs.h"
 #include "platform/held_file.h"
+#include "platform/write_faults.h"
 
 namespace qv {
 
@@ -262,7 +263,12 @@ bool ReplaceFileContent(const std::string& source, const std::string& target) {
     }
     if (r == 0) break;
     for (ssize_t done = 0; done < r;) {
-      ssize_t w = write(out, block.data() + done, static_cast<size_t>(r - done));
+      size_t allowed = AllowedWrite(static_cast<size_t>(r - done));
+      if (allowed == 0) {
+        ok = false;
+        break;
+      }
+      ssize_t w = write(out, block.data() + done, allowed);
       if (w < 0) {
         if (errno == EINTR) continue;
         ok = false;

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string>
 
+#include "core/file_name_check.h"
 #include "core/state.h"
 #include "core/text_chars.h"
 #include "platform/file.h"
@@ -197,6 +198,11 @@ extern "C" QvFile OpenProfileFile(const char* directory, const char* ownerName,
     if (pathOut != nullptr) pathOut[0] = '\0';
     qv::Report("Unsupported Master Profile file Type %s", qv::OrEmpty(kind));
     return QV_NO_FILE;
+  }
+  if (file_kind->named && !qv::CheckPlainFileName(name)) {
+    // The owner's name goes into the file name, and into a search pattern.
+    if (pathOut != nullptr) pathOut[0] = '\0';
+    return QV_FAILED_FILE;
   }
   char pattern[QV_PATH_SIZE];
   snprintf(pattern, sizeof pattern, file_kind->pattern, qv::OrEmpty(directory),

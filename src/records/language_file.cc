@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "core/file_name_check.h"
 #include "core/host.h"
 #include "core/section_rewrite.h"
 #include "core/state.h"
@@ -79,6 +80,9 @@ bool ReadLanguageList(const LanguageFileKind& kind, const char* language, uint32
 
 QvFile OpenLanguageFileForChange(const LanguageFileKind& kind, const char* language,
                                  bool offer_creation, char* path) {
+  // Neither looked for nor offered for creation: the code would name a file
+  // outside the language folder.
+  if (!CheckPlainFileName(language)) return QV_NO_FILE;
   for (;;) {
     QvFile file =
         OpenProfileFile(State().profile_path, language, "", kind.catalogue_kind, path, MODE_UPDATE);

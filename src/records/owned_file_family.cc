@@ -4,10 +4,13 @@
 #include <cstring>
 #include <string>
 
+#include "core/file_name_check.h"
+#include "core/munged_file.h"
 #include "core/report_capture.h"
 #include "core/section_rewrite.h"
 #include "core/state.h"
 #include "core/text_chars.h"
+#include "platform/file.h"
 #include "platform/fs.h"
 #include "profile/global_file_list.h"
 #include "quorvex/catalogue.h"
@@ -118,20 +121,19 @@ struct PutFiles {
   bool created = false;
 };
 
-// Makes a new file for the record (and enters it as new in the global list
-// of files); its old content is the header template, or the parent's file.
+// Finds a new file name for the record (and enters it as new in the global
+// list of files); its old content is the header template, or the parent's
+// file. Nothing is made on disk here: the rewrite puts the whole file there
+// by rename, so a put that stops half way leaves no half-made file.
 bool CreateOwnedFile(const OwnedFileKind& kind, void* record, const void* parent, PutFiles* files) {
-  char path[QV_PATH_SIZE] = "";
-  QvFile made = CreateMungedFile(At(record, kind.name_offset), VersionOf(kind, record),
-                                 FileKindOf(kind), path);
-  if (!QvFileIsOpen(made)) {
+  std::string path =
+      FreeMungedPath(At(record, kind.name_offset), VersionOf(kind, record), FileKindOf(kind));
+  if (path.empty()) {
     if (kind.file_not_made != nullptr) {
       ReportFormatted(kind.file_not_made, At(record, kind.name_offset));
     }
     return false;
   }
-  if (parent == nullptr) AddSections(made, FileKindOf(kind), "", "");
-  QvCloseFile(made);
   files->path = path;
   files->created = true;
   if (parent != nullptr) {
@@ -141,14 +143,16 @@ bool CreateOwnedFile(const OwnedFileKind& kind, void* record, const void* parent
                         FileKindOf(kind), parent_path, MODE_READ);
     if (!QvFileIsOpen(files->source)) {
       Report(kind.parent_missing);
-      DeleteFile(files->path);
       return false;
     }
   } else {
-    files->source = QvOpenFileForRead(path);
+    File* header = File::OpenInMemory();
+    AddSections(header->handle(), FileKindOf(kind), "", "");
+    header->Seek(0, SEEK_SET);
+    files->source = header->handle();
   }
-  AddGlobalFileEntry(At(record, kind.name_offset), VersionOf(kind, record), FileKindOf(kind), path,
-                     FS_CHECKED_OUT | kFileNewToVcs);
+  AddGlobalFileEntry(At(record, kind.name_offset), VersionOf(kind, record), FileKindOf(kind),
+                     path.c_str(), FS_CHECKED_OUT | kFileNewToVcs);
   SetText(record, kind.file_name_offset, kind.file_name_size,
           LastPathComponent(files->path).c_str());
   return true;
@@ -165,6 +169,7 @@ bool OpenExistingFile(const OwnedFileKind& kind, const void* record, PutFiles* f
     return true;
   }
   if (At(record, kind.file_name_offset)[0] == '\0') return true;  // a new file is made
+  if (!CheckPlainFileName(At(record, kind.file_name_offset))) return false;
   files->path = FolderPath(kind) + At(record, kind.file_name_offset);
   if (VcsCheckOut(files->path.c_str()) != 1) {
     Report("Did a file just get removed from Source Safe?");
@@ -300,9 +305,19 @@ bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* paren
   if (!OpenExistingFile(kind, record, &files)) return false;
   if (!QvFileIsOpen(files.source) && !CreateOwnedFile(kind, record, parent, &files)) return false;
   SectionRewrite rewrite;
-  if (!rewrite.Begin(files.source, files.path.c_str(), schema.kind->section)) return false;
-  WriteRecordLine(schema, record, rewrite.output());
-  if (!rewrite.FinishAfterFirstRecord(State().comment_mode)) return false;
+  bool written = rewrite.Begin(files.source, files.path.c_str(), schema.kind->section);
+  if (written) {
+    WriteRecordLine(schema, record, rewrite.output());
+    written = rewrite.FinishAfterFirstRecord(State().comment_mode);
+  }
+  if (!written) {
+    // A new file that was never put in place is no longer listed.
+    if (files.created) {
+      RemoveGlobalFileEntry(At(record, kind.name_offset), VersionOf(kind, record),
+                            FileKindOf(kind));
+    }
+    return false;
+  }
   AddIfNewToVcs(files.path.c_str());
   if (parent != nullptr && kind.renew_contents != nullptr) {
     kind.renew_contents(At(record, kind.name_offset), VersionOf(kind, record));
