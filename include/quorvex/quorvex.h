@@ -25,6 +25,7 @@
 #include "quorvex/records.h"
 #include "quorvex/report.h"
 #include "quorvex/resources.h"
+#include "quorvex/settings.h"
 #include "quorvex/symbols.h"
 #include "quorvex/text.h"
 #include "quorvex/vcs.h"

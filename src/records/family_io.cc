@@ -90,6 +90,7 @@ bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
     }
     // The reader ends a section early at a broken comment continuation.
     if (!got) return ParseProblemCount() == problems;
+    if (schema.takes_line != nullptr && !schema.takes_line(line)) continue;
     void* record = NewRecord(schema);
     if (record == nullptr) return false;
     SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));

@@ -25,7 +25,11 @@ const std::vector<const KindApi*>& AllKindApis() {
       &ProductKindApi(), &MpKindApi(), &PmKindApi(), &InstallKindApi(), &DpKindApi(),
       &DslaKindApi(), &IlaKindApi(), &AmlKindApi(), &DaKindApi(), &SmKindApi(), &ArKindApi(),
       &AmlaKindApi(), &DmgKindApi(), &DodlKindApi(), &DmKindApi(), &ModuleGroupKindApi(),
-      &MgmKindApi()};
+      &MgmKindApi(),
+      // Settings files and the development-key index.
+      &IeKindApi(), &ReKindApi(), &PeKindApi(), &CieKindApi(), &CreKindApi(), &CpeKindApi(),
+      &MosrKindApi(), &SfsrKindApi(), &MocrKindApi(), &SfcrKindApi(), &DrkssrKindApi(),
+      &DrkcssrKindApi()};
   return apis;
 }
 

@@ -56,6 +56,19 @@ const KindApi& MlaKindApi();
 const KindApi& CfKindApi();
 const KindApi& IiKindApi();
 const KindApi& IilKindApi();
+// Settings files: entries, created entries, associations, the index.
+const KindApi& IeKindApi();
+const KindApi& ReKindApi();
+const KindApi& PeKindApi();
+const KindApi& CieKindApi();
+const KindApi& CreKindApi();
+const KindApi& CpeKindApi();
+const KindApi& MosrKindApi();
+const KindApi& SfsrKindApi();
+const KindApi& MocrKindApi();
+const KindApi& SfcrKindApi();
+const KindApi& DrkssrKindApi();
+const KindApi& DrkcssrKindApi();
 
 }  // namespace qv
 

@@ -134,6 +134,9 @@ struct KindSchema {
   // The members a line of the kind's own format carries (with parse_line),
   // which a put checks read back as given.
   std::vector<const char*> custom_line_members = {};
+  // A section that several kinds share: whether a line is this kind's
+  // (nullptr: every line is). Lines of other kinds are passed over.
+  bool (*takes_line)(const char* line) = nullptr;
 
   // The text when the file is missing on the way to a rewrite, where it
   // differs from missing_file_message.

@@ -78,7 +78,7 @@ const std::vector<KindInfo> kKinds = {
     {"CSSR", "", "", F::kUnsettled, "", _, I, _, nullptr, nullptr, nullptr},
     {"DMG", "DMGs", "Driver Module Groups", F::kInstall, "IN", R, I, D, nullptr, nullptr, nullptr},
     {"MG", "MGdules", "Module Groups", F::kModuleGroup, "MG", R, I, _, nullptr, nullptr, nullptr},
-    {"DRKCSSR", "", "DRKCSSRs", F::kUnsettled, "", _, _, _, "DRKCSSR is not a part of Orvik",
+    {"DRKCSSR", "", "DRKCSSRs", F::kFixed, "DSI", _, _, _, "DRKCSSR is not a part of Orvik",
      nullptr, nullptr},
     {"MGM", "MGMs", "Module Group Modules", F::kModuleGroup, "MG", R, I, D, nullptr, nullptr,
      nullptr},

@@ -1,0 +1,39 @@
+// A section of a module's settings file that three entry kinds share: read
+// one kind's lines, or rewrite them keeping the other kinds' lines, with
+// generated names for the entries that have none.
+#ifndef QUORVEX_RECORDS_SS_ENTRY_SECTION_H_
+#define QUORVEX_RECORDS_SS_ENTRY_SECTION_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "quorvex/list.h"
+#include "records/family_io.h"
+#include "records/kind_schema.h"
+#include "records/ss_entry_lines.h"
+
+namespace qv {
+
+// The kind's entries of the module's file into a new list. A module
+// without a settings file, or a file without the section, gives an empty
+// list. False (reported) when a line of the kind does not read.
+bool ReadEntrySection(const KindSchema& schema, const Owner& module, uint32_t mode,
+                      RecordList** list_out);
+
+// Rewrites the section: the lines of the other kinds first, as they
+// stood, then the list's entries of this kind, each without a name given
+// one. Makes the module's settings file when it has none. False after
+// reporting.
+bool WriteEntrySection(const EntryKind& kind, const KindSchema& schema, const Owner& module,
+                       RecordList* list);
+
+// The counter behind "MP_GEN_" + tag: above the numbers of the section's
+// lines (old_names, in file order) and of the names already in the list.
+// The two scans raise it by different rules, both kept.
+int32_t NextGeneratedNumber(const std::vector<std::string>& old_names,
+                            const std::vector<std::string>& list_names);
+
+}  // namespace qv
+
+#endif  // QUORVEX_RECORDS_SS_ENTRY_SECTION_H_
