@@ -29,6 +29,16 @@ const qv::MemberSpec* FlagMember(const qv::KindSchema& schema) {
       if (m.offset == field.offset && m.type == qv::ValueType::kU32) return &m;
     }
   }
+  // A kind that reads its lines its own way names its members: the flag
+  // word is the first that ends in "Flags" (the record flags aside).
+  for (const char* name : schema.custom_line_members) {
+    for (const qv::MemberSpec& m : schema.members) {
+      const std::string member = m.name;
+      if (member != name || m.type != qv::ValueType::kU32) continue;
+      if (m.offset == schema.record_flags_offset) continue;
+      if (member.size() >= 5 && member.compare(member.size() - 5, 5, "Flags") == 0) return &m;
+    }
+  }
   return nullptr;
 }
 

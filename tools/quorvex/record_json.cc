@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "flag_labels.h"
+#include "settings_data.h"
 #include "records/record_codec.h"
 
 namespace qvtool {
@@ -136,8 +137,14 @@ bool FlagsFromNames(const qv::KindSchema& schema, const nlohmann::ordered_json& 
 nlohmann::ordered_json RecordToJson(const qv::KindSchema& schema, const void* record) {
   nlohmann::ordered_json object = nlohmann::ordered_json::object();
   const qv::MemberSpec* flags = FlagMember(schema);
+  const qv::EntryKind* entry = SettingsEntryKind(schema);
   for (const qv::MemberSpec& m : schema.members) {
     object[m.name] = MemberValue(m, record);
+    // A settings value is text or bytes by its type: both are given.
+    if (entry != nullptr && IsDataMember(m)) {
+      object[m.name] = DataJson(*entry, record);
+      object["DataBytes"] = DataBytesJson(*entry, record);
+    }
     if (&m == flags) {
       object[kFlagNamesMember] = FlagLabels(schema, qv::GetUnsigned(record, m.offset, m.type));
     }
@@ -151,8 +158,11 @@ bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& 
     *error = "a record must be a JSON object";
     return false;
   }
+  const qv::EntryKind* entry = SettingsEntryKind(schema);
   for (auto it = object.begin(); it != object.end(); ++it) {
     if (it.key() == kFlagNamesMember) continue;
+    // A settings value is read once its type is known, below.
+    if (entry != nullptr && (it.key() == "Data" || it.key() == "DataBytes")) continue;
     const qv::MemberSpec* member = nullptr;
     for (const qv::MemberSpec& m : schema.members) {
       if (it.key() == m.name) member = &m;
@@ -171,11 +181,14 @@ bool RecordFromJson(const qv::KindSchema& schema, const nlohmann::ordered_json& 
       return false;
     }
   }
+  if (entry != nullptr && !DataFromJson(*entry, object, record, error)) return false;
   return FlagsFromNames(schema, object, record, error);
 }
 
 std::string MemberCell(const qv::KindSchema& schema, const qv::MemberSpec& m, const void* record) {
   if (&m == FlagMember(schema)) return FlagCell(schema, qv::GetUnsigned(record, m.offset, m.type));
+  const qv::EntryKind* entry = SettingsEntryKind(schema);
+  if (entry != nullptr && IsDataMember(m)) return DataCell(*entry, record);
   nlohmann::ordered_json v = MemberValue(m, record);
   if (v.is_array()) {
     // A version quad reads as people write versions.
