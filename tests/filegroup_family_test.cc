@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "quorvex/quorvex.h"
 #include "profile/profile_files.h"
+#include "quorvex/quorvex.h"
 #include "records/filegroup_families.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
@@ -224,6 +224,50 @@ TEST_F(FileGroupTest, ABrokenShippedFileLineStopsEveryRewrite) {
   EXPECT_NE(std::find(host_.errors().begin(), host_.errors().end(),
                       "Cannot delete all references to this FG, therefore cannot delete it."),
             host_.errors().end());
+}
+
+// A put of one file streams the section; it must leave exactly what a
+// rewrite of the whole list with that one change leaves.
+TEST_F(FileGroupTest, APutWritesWhatARewriteOfTheWholeListWrites) {
+  const std::string content = kHead + ModuleSection("Core", "1.0") + "[File Groups]\n" +
+                              Group("Main", "") + "\n[File Group Files]\n" + File("Main", "a.exe") +
+                              "; a comment\n" + File("Main", "b.exe") + File("Main", "c.exe") +
+                              "\n[Modules I Require]\n\"Base\",\"1\"\n";
+  Open(content);
+  SFRecord* record = nullptr;
+  ASSERT_EQ(MPGetSF("Core", "1.0", "Main", "b.exe", "US", &record), 1);
+  record->row.Size = 4096;
+  snprintf(record->row.TextIdA, sizeof record->row.TextIdA, "NEWTEXT");
+  SFRecord* added = nullptr;
+  MPNewSF(&added);
+  *added = *record;
+  snprintf(added->row.FileName, sizeof added->row.FileName, "d.exe");
+
+  SFList* list = nullptr;
+  ASSERT_EQ(MPGetSFCompleteList("Core", "1.0", &list, MODE_UPDATE), 1);
+  SFRecord* stored = nullptr;
+  list->current = nullptr;
+  ASSERT_EQ(MPFindSFNode("Main", "b.exe", "US", list, &stored), 1);
+  stored->row.Size = 4096;
+  snprintf(stored->row.TextIdA, sizeof stored->row.TextIdA, "NEWTEXT");
+  SFRecord* appended = nullptr;
+  MPNewSF(&appended);
+  *appended = *added;
+  appended->lineNumber = 0;
+  ASSERT_EQ(MPAppendSF(list, appended), 1);
+  ASSERT_EQ(MPWriteSFList("Core", "1.0", list), 1);
+  MPFreeSFList(list);
+  const std::string rewritten = Module();
+
+  WriteFileBytes(ModuleFile(), content);
+  ASSERT_EQ(MPPutSF(record), 1);
+  ASSERT_EQ(MPPutSF(added), 1);
+  EXPECT_EQ(Module(), rewritten);
+  EXPECT_NE(rewritten.find("NEWTEXT"), std::string::npos);
+  EXPECT_LT(rewritten.find("c.exe"), rewritten.find("d.exe"));
+  EXPECT_TRUE(host_.errors().empty());
+  MPFreeSF(record);
+  MPFreeSF(added);
 }
 
 TEST_F(FileGroupTest, FlagTableOfFileGroups) {

@@ -12,6 +12,20 @@
 
 namespace qv {
 
+namespace {
+
+// What a rewrite of the file puts out: about the file's size, with room
+// for the records a put adds.
+size_t RoomFor(QvFile input) {
+  File* file = File::FromHandle(input);
+  const int64_t at = file->Tell();
+  int64_t size = file->Seek(0, SEEK_END) ? file->Tell() : 0;
+  file->Seek(at, SEEK_SET);
+  return static_cast<size_t>(size) + 64 * 1024;
+}
+
+}  // namespace
+
 SectionRewrite::~SectionRewrite() {
   if (finished_) return;
   CloseFiles();
@@ -43,7 +57,9 @@ bool SectionRewrite::Begin(QvFile input, const char* profile_path, const char* s
   // temporary file in one piece: a rewrite writes a field at a time, and a
   // system call for each piece would cost far more than the bytes.
   temporary_ = output;
-  output_ = File::OpenInMemory()->handle();
+  File* memory = File::OpenInMemory();
+  memory->Reserve(RoomFor(input));
+  output_ = memory->handle();
   temporary_path_ = temporary;
   cut_lines_ = CutLineCount();
   CopyHeadThroughSection(input_, output_, section_.c_str());

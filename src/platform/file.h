@@ -49,6 +49,9 @@ class File {
   bool Flush();                                          // writes the OS buffers through (fsync)
   const std::string& path() const { return path_; }      // the resolved host path
   const std::string& memory() const { return memory_; }  // the bytes of a file in memory
+  // Room for n bytes in a file in memory, so that writing that many moves
+  // nothing.
+  void Reserve(size_t n) { memory_.reserve(n); }
 
   // The C API handle of this file and back.
   QvFile handle() { return reinterpret_cast<QvFile>(this); }

@@ -1,10 +1,14 @@
 #include "records/family_io.h"
 
 #include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
 
 #include "core/report_capture.h"
 #include "core/section_rewrite.h"
 #include "core/state.h"
+#include "platform/file.h"
 #include "quorvex/catalogue.h"
 #include "quorvex/profile.h"
 #include "quorvex/report.h"
@@ -54,6 +58,25 @@ bool ReadTextList(const KindSchema& schema, const Owner& owner, uint32_t mode,
   return read;
 }
 
+// Rewrites the kind's section of the owner's file (checked out first) with
+// what write_records puts out, resuming the copy behind the schema's tail
+// section when it names one.
+bool RewriteKindSection(const KindSchema& schema, const Owner& owner,
+                        const std::function<void(QvFile output)>& write_records) {
+  char path[QV_PATH_SIZE] = "";
+  const char* missing = schema.missing_file_message_on_write != nullptr
+                            ? schema.missing_file_message_on_write
+                            : schema.missing_file_message;
+  QvFile input = OpenKindFile(schema, owner, MODE_UPDATE, path, missing);
+  if (input == QV_NO_FILE) return false;
+  SectionRewrite rewrite;
+  if (!rewrite.Begin(input, path, schema.kind->section, schema.tail_section)) return false;
+  // A short write leaves a broken line; the rest is still written so that
+  // the failure shows in the file, as the writer has always done.
+  write_records(rewrite.output());
+  return rewrite.Finish();
+}
+
 }  // namespace
 
 bool RequireOpenProfile() {
@@ -73,8 +96,9 @@ bool IsOrvikProfile() {
   return (QvOpenProfileFlags() & OPEN_ORVIK) != 0;
 }
 
-bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
-                        RecordList* list) {
+bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
+                        const std::function<void*()>& next,
+                        const std::function<bool(void*)>& take) {
   if (!FindSection(file, schema.kind->section)) return true;
   char line[QV_LINE_SIZE];
   uint32_t flags = 0;
@@ -91,22 +115,30 @@ bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
     // The reader ends a section early at a broken comment continuation.
     if (!got) return ParseProblemCount() == problems;
     if (schema.takes_line != nullptr && !schema.takes_line(line)) continue;
-    void* record = NewRecord(schema);
+    void* record = next();
     if (record == nullptr) return false;
     SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));
     RecordFlagsOf(schema, record) = flags;
     // The owner comes before the checks, so that they can name it.
     if (schema.set_owner != nullptr) schema.set_owner(record, owner.name, owner.key);
     bool parsed = DecodeRecordLine(schema, line, record);
-    if (!parsed && schema.failed_line == KindSchema::FailedLine::kFailRead) {
-      FreeRecord(record);
-      return false;
-    }
-    if (!GenericList::Append(list, record)) {
-      FreeRecord(record);
-      return false;
-    }
+    if (!parsed && schema.failed_line == KindSchema::FailedLine::kFailRead) return false;
+    if (!take(record)) return false;
   }
+}
+
+bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
+                        RecordList* list) {
+  void* pending = nullptr;
+  bool read = ScanSectionRecords(
+      schema, file, owner, [&] { return pending = NewRecord(schema); },
+      [&](void* record) {
+        if (!GenericList::Append(list, record)) return false;
+        pending = nullptr;
+        return true;
+      });
+  FreeRecord(pending);
+  return read;
 }
 
 bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,
@@ -121,21 +153,64 @@ bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* 
   // kind whose inactive records cannot be written back checks them all
   // before the file is touched.
   if (InnerFieldsTakeRecordFlags(schema) && !ListFitsLines(schema, list)) return false;
-  char path[QV_PATH_SIZE] = "";
-  const char* missing = schema.missing_file_message_on_write != nullptr
-                            ? schema.missing_file_message_on_write
-                            : schema.missing_file_message;
-  QvFile input = OpenKindFile(schema, owner, MODE_UPDATE, path, missing);
-  if (input == QV_NO_FILE) return false;
-  SectionRewrite rewrite;
-  if (!rewrite.Begin(input, path, schema.kind->section, schema.tail_section)) return false;
-  bool written = true;
-  GenericList::ForEach(list, [&](void* record) {
-    // A short write leaves a broken line; the rest is still written so that
-    // the failure shows in the file, as the writer has always done.
-    written = WriteRecordLine(schema, record, rewrite.output()) && written;
+  return RewriteKindSection(schema, owner, [&](QvFile output) {
+    GenericList::ForEach(list, [&](void* record) { WriteRecordLine(schema, record, output); });
   });
-  return rewrite.Finish();
+}
+
+bool CanPutIntoSection(const KindSchema& schema) {
+  return schema.takes_line == nullptr && schema.row_pointer_offset == SIZE_MAX &&
+         schema.failed_line == KindSchema::FailedLine::kFailRead &&
+         !InnerFieldsTakeRecordFlags(schema);
+}
+
+bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* record,
+                    const std::function<bool(const void* stored)>& replaces,
+                    const std::function<void(void* copy, const void* stored)>& keep_identity,
+                    bool* rewritten) {
+  *rewritten = false;
+  char path[QV_PATH_SIZE] = "";
+  QvFile input = OpenKindFile(schema, owner, MODE_UPDATE, path, schema.missing_file_message);
+  if (input == QV_NO_FILE) return false;
+  // Each stored record passes through one scratch record and goes out as
+  // its line at once: a put into a large section builds no list of it.
+  std::unique_ptr<void, void (*)(void*)> scratch(NewRecord(schema), &FreeRecord);
+  std::unique_ptr<void, void (*)(void*)> copy(NewRecord(schema), &FreeRecord);
+  File* memory = File::OpenInMemory();
+  File* in = File::FromHandle(input);
+  if (in->Seek(0, SEEK_END)) memory->Reserve(static_cast<size_t>(in->Tell()) + QV_LINE_SIZE);
+  in->Seek(0, SEEK_SET);
+  QvFile section = memory->handle();
+  bool replaced = false;
+  bool read = scratch != nullptr && copy != nullptr &&
+              ScanSectionRecords(
+                  schema, input, owner,
+                  [&] {
+                    memset(scratch.get(), 0, schema.record_size);
+                    return scratch.get();
+                  },
+                  [&](void* stored) {
+                    const void* line = stored;
+                    if (!replaced && replaces(stored)) {
+                      // The record takes the stored one's place and identity.
+                      memcpy(copy.get(), record, schema.record_size);
+                      keep_identity(copy.get(), stored);
+                      line = copy.get();
+                      replaced = true;
+                    }
+                    WriteRecordLine(schema, line, section);
+                    return true;
+                  });
+  QvCloseFile(input);
+  if (read && !replaced) WriteRecordLine(schema, record, section);
+  if (read) {
+    const std::string& content = File::FromHandle(section)->memory();
+    *rewritten = RewriteKindSection(schema, owner, [&](QvFile output) {
+      File::FromHandle(output)->Write(content.data(), content.size());
+    });
+  }
+  QvCloseFile(section);
+  return read;
 }
 
 }  // namespace qv

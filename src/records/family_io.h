@@ -4,6 +4,7 @@
 #define QUORVEX_RECORDS_FAMILY_IO_H_
 
 #include <cstdint>
+#include <functional>
 
 #include "quorvex/base.h"
 #include "quorvex/list.h"
@@ -40,11 +41,31 @@ bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,
 bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
                         RecordList* list);
 
+// Reads the section's record lines in turn, each into the empty record that
+// `next` gives, with its line number, record flags and owner, and hands it
+// to `take` once its line has read. False at the first line that fails the
+// read (reported), or when `next` gives nothing or `take` refuses.
+bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
+                        const std::function<void*()>& next, const std::function<bool(void*)>& take);
+
 // Rewrites the kind's section from the list (the file is checked out
 // first), resuming the copy behind the schema's tail section when it names
 // one. A kind whose inactive records cannot be written as lines has the
 // whole list checked first. Returns false after reporting.
 bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* list);
+
+// A put of one record that streams the section instead of reading it into
+// a list: the first stored record that `replaces` names is written as the
+// record with the stored one's identity (`keep_identity` on a copy), and
+// the record goes at the section's end when none is. False when the
+// section does not read (reported; nothing written); *rewritten tells
+// whether the file was rewritten. For the kinds CanPutIntoSection allows:
+// each line is its own record, and every line read writes back as it read.
+bool CanPutIntoSection(const KindSchema& schema);
+bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* record,
+                    const std::function<bool(const void* stored)>& replaces,
+                    const std::function<void(void* copy, const void* stored)>& keep_identity,
+                    bool* rewritten);
 
 // Reports "It appears that you have not run OpenMasterProfile
 // successfully!" (or "...not locked the Master Profile...") when the open

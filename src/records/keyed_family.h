@@ -159,6 +159,9 @@ class KeyedFamily {
       return 1;
     }
     const Owner owner = OwnerOf(*record);
+    if constexpr (requires { Traits::kPutStreams; }) {
+      if (CanPutIntoSection(Traits::Schema())) return PutStreamed(owner, record, written);
+    }
     RecordList* list = nullptr;
     if (!ReadAll(owner, &list, MODE_UPDATE)) {
       List::Free(list);
@@ -280,6 +283,28 @@ class KeyedFamily {
  private:
   // The stored record a put replaces. A record without a key replaces
   // nothing: it is added.
+  // Put's work without a list of the section, for the kinds whose key
+  // means the same whatever else the section holds: the same record is
+  // replaced, or the record appended, as the list would have it.
+  static int PutStreamed(const Owner& owner, const Record* record, bool* written) {
+    const Key key = Traits::KeyOf(*record);
+    bool rewritten = false;
+    bool read = PutIntoSection(
+        Traits::Schema(), owner, record,
+        [&](const void* stored) {
+          return !Traits::IsEmpty(key) && Traits::Matches(*static_cast<const Record*>(stored), key);
+        },
+        [](void* copy, const void* stored) {
+          auto* replacing = static_cast<Record*>(copy);
+          const auto& old = *static_cast<const Record*>(stored);
+          Traits::KeepIdentity(replacing, old);
+          replacing->lineNumber = old.lineNumber;
+        },
+        &rewritten);
+    if (written != nullptr) *written = rewritten;
+    return read ? 1 : 0;
+  }
+
   static Record* FindStored(const Key& key, RecordList* list, bool retry_from_start) {
     if (Traits::IsEmpty(key)) return nullptr;
     Record* found = nullptr;

@@ -193,6 +193,9 @@ struct OwnedKindTraits {
   static void AfterTextWrite(RecordList*) {}
   static void AfterOrvikChange() {}
   static bool DeleteReferences(const Key& key) { return Desc::DeleteReferences(key); }
+  // A key names the same records whatever else the section holds, and a
+  // write touches nothing beyond the section: a put may stream it.
+  static constexpr bool kPutStreams = true;
 };
 
 template <class DescT>
