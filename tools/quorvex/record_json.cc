@@ -50,6 +50,11 @@ bool SetMember(const qv::MemberSpec& m, const nlohmann::ordered_json& value, voi
     case qv::ValueType::kText: {
       if (!value.is_string()) break;
       std::string text = value.get<std::string>();
+      if (text.find('\0') != std::string::npos) {
+        // The record's text would end at the NUL, losing the rest unseen.
+        *error = std::string(m.name) + " holds a NUL character";
+        return false;
+      }
       if (text.size() >= m.size) {
         *error =
             std::string(m.name) + " is longer than " + std::to_string(m.size - 1) + " characters";
