@@ -103,11 +103,27 @@ bool SectionRewrite::FinishAfterFirstRecord(int comment_mode) {
   return Complete();
 }
 
+void SectionRewrite::Spill() {
+  File* memory = File::FromHandle(output_);
+  const std::string& content = memory->memory();
+  if (File::FromHandle(temporary_)->Write(content.data(), content.size()) != content.size()) {
+    spill_failed_ = true;
+  }
+  memory->ClearMemory();
+}
+
+void SectionRewrite::WriteBlock(const std::string& bytes) {
+  if (finished_ || output_ == QV_NO_FILE) return;
+  Spill();
+  if (File::FromHandle(temporary_)->Write(bytes.data(), bytes.size()) != bytes.size()) {
+    spill_failed_ = true;
+  }
+}
+
 bool SectionRewrite::Complete() {
   if (!CopiedWhole()) return false;
-  const std::string& content = File::FromHandle(output_)->memory();
-  bool written =
-      File::FromHandle(temporary_)->Write(content.data(), content.size()) == content.size();
+  Spill();
+  bool written = !spill_failed_;
   CloseFiles();
   finished_ = true;
   if (!written || QvReplaceProfileFile(temporary_path_.c_str(), profile_path_.c_str()) == 0) {

@@ -43,6 +43,10 @@ class SectionRewrite {
   // Where the family writes the section's records, positioned after the
   // section's header; the new content goes to the temporary file at Finish.
   QvFile output() const { return output_; }
+  // Puts bytes after what output() holds so far, straight into the
+  // temporary file: a section assembled elsewhere goes out without being
+  // copied again. What is written to output() afterwards follows them.
+  void WriteBlock(const std::string& bytes);
   const std::string& temporary_path() const { return temporary_path_; }
 
   // Copies the rest of the file after the old section, closes both files and
@@ -60,6 +64,8 @@ class SectionRewrite {
   bool Complete();
   void CloseFiles();
   bool CopiedWhole();
+  // Moves what output() holds to the temporary file.
+  void Spill();
 
   QvFile input_ = QV_NO_FILE;
   QvFile output_ = QV_NO_FILE;     // the new content, in memory
@@ -69,6 +75,7 @@ class SectionRewrite {
   std::string tail_section_;
   std::string temporary_path_;
   bool finished_ = false;
+  bool spill_failed_ = false;  // a write to the temporary file fell short
   uint64_t cut_lines_ = 0;
 };
 

@@ -52,6 +52,12 @@ class File {
   // Room for n bytes in a file in memory, so that writing that many moves
   // nothing.
   void Reserve(size_t n) { memory_.reserve(n); }
+  // Empties a file in memory (keeping its room) and goes back to its start.
+  void ClearMemory() {
+    memory_.clear();
+    position_ = 0;
+    DropBuffer();
+  }
 
   // The C API handle of this file and back.
   QvFile handle() { return reinterpret_cast<QvFile>(this); }

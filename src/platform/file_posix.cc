@@ -159,8 +159,12 @@ size_t File::Write(const void* data, size_t n) {
   const char* in = static_cast<const char*>(data);
   if (fd_ < 0) {
     size_t at = static_cast<size_t>(position_);
-    if (memory_.size() < at + n) memory_.resize(at + n);
-    memcpy(memory_.data() + at, in, n);
+    if (at == memory_.size()) {
+      memory_.append(in, n);  // the usual case: lines written one after another
+    } else {
+      if (memory_.size() < at + n) memory_.resize(at + n);
+      memcpy(memory_.data() + at, in, n);
+    }
     position_ += static_cast<int64_t>(n);
     return n;
   }

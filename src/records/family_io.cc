@@ -62,7 +62,7 @@ bool ReadTextList(const KindSchema& schema, const Owner& owner, uint32_t mode,
 // what write_records puts out, resuming the copy behind the schema's tail
 // section when it names one.
 bool RewriteKindSection(const KindSchema& schema, const Owner& owner,
-                        const std::function<void(QvFile output)>& write_records) {
+                        const std::function<void(SectionRewrite& rewrite)>& write_records) {
   char path[QV_PATH_SIZE] = "";
   const char* missing = schema.missing_file_message_on_write != nullptr
                             ? schema.missing_file_message_on_write
@@ -73,7 +73,7 @@ bool RewriteKindSection(const KindSchema& schema, const Owner& owner,
   if (!rewrite.Begin(input, path, schema.kind->section, schema.tail_section)) return false;
   // A short write leaves a broken line; the rest is still written so that
   // the failure shows in the file, as the writer has always done.
-  write_records(rewrite.output());
+  write_records(rewrite);
   return rewrite.Finish();
 }
 
@@ -153,8 +153,9 @@ bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* 
   // kind whose inactive records cannot be written back checks them all
   // before the file is touched.
   if (InnerFieldsTakeRecordFlags(schema) && !ListFitsLines(schema, list)) return false;
-  return RewriteKindSection(schema, owner, [&](QvFile output) {
-    GenericList::ForEach(list, [&](void* record) { WriteRecordLine(schema, record, output); });
+  return RewriteKindSection(schema, owner, [&](SectionRewrite& rewrite) {
+    GenericList::ForEach(list,
+                         [&](void* record) { WriteRecordLine(schema, record, rewrite.output()); });
   });
 }
 
@@ -205,9 +206,8 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
   if (read && !replaced) WriteRecordLine(schema, record, section);
   if (read) {
     const std::string& content = File::FromHandle(section)->memory();
-    *rewritten = RewriteKindSection(schema, owner, [&](QvFile output) {
-      File::FromHandle(output)->Write(content.data(), content.size());
-    });
+    *rewritten = RewriteKindSection(schema, owner,
+                                    [&](SectionRewrite& rewrite) { rewrite.WriteBlock(content); });
   }
   QvCloseFile(section);
   return read;
