@@ -12,6 +12,7 @@
 #include "quorvex/quorvex.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
+#include "support/fake_ss.h"
 #include "support/list_view.h"
 #include "support/location_profile.h"
 #include "support/profiles.h"
@@ -110,6 +111,27 @@ TEST_F(SettingsFilesTest, TheFirstSettingsWriteMakesTheFileWithItsSixSections) {
   MPFreeMOSR(association);
   EXPECT_EQ(ReadFileBytes(file), Settings("", "\"R1\"\r\n", "", "", "", CreatedReg("C1")));
   EXPECT_TRUE(host_.errors().empty());
+}
+
+TEST_F(SettingsFilesTest, ANewSettingsFileIsAddedToVersionControlOnce) {
+  qvtest::FakeSs ss;
+  WriteLastProfile(dir_.c_str(), OPEN_MASTER | OPEN_LOCK, "Proj");
+  ASSERT_EQ(qvtest::OpenProfileAt(dir_, OPEN_MASTER | OPEN_LOCK), 1);
+  ss.ClearCalls();
+  CSSRRecord* created = NewCreatedReg("C1");
+  ASSERT_EQ(MPPutCRE(created), 1);
+  std::vector<std::string> lines = ss.CommandLines();
+  ASSERT_FALSE(lines.empty());
+  EXPECT_EQ(lines.back(), "ss add TETE80.SSR -c\"Initial Revision.\"");
+  // Once added, the file is no longer new: a second write adds nothing.
+  ss.ClearCalls();
+  snprintf(created->row.Name, sizeof created->row.Name, "C2");
+  ASSERT_EQ(MPPutCRE(created), 1);
+  MPFreeCRE(created);
+  for (const std::string& line : ss.CommandLines()) {
+    EXPECT_EQ(line.find("ss add"), std::string::npos) << line;
+  }
+  ASSERT_EQ(CloseMasterProfile(), 1);
 }
 
 TEST_F(SettingsFilesTest, WritingTheModuleAssociationsLeavesEveryOtherSectionAsItWas) {
