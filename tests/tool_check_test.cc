@@ -165,6 +165,36 @@ TEST_F(ToolCheckTest, LinesAfterACutLineKeepTheirPlaceInTheFile) {
                 Line(ads, 7, "AD", "Bad string constant: must begin with double quote"));
 }
 
+TEST_F(ToolCheckTest, SettingsEntriesAreReadByTheKindTheirTagNames) {
+  const std::string flags = "\"" + kNoFlags + "\"";
+  const std::string reg = "\"Tabs\",\"REG\",,,," + flags +
+                          ",\"00000004\",\"HKEY_CURRENT_USER\",\"Software\\Vardo\",\"Tab\","
+                          "\"REG_DWORD\",,\"KEY_READ \",,," +
+                          flags + "," + flags + "," + flags + "\n";
+  const std::string ini = "\"Tabs\",\"INI\",,,," + flags + ",\"1\",\"edit.ini\",\"Tab\",," + flags +
+                          "," + flags + "," + flags + "\n";
+  std::string bad_reg = reg;
+  bad_reg.replace(0, 6, "\"Reg2\"");
+  bad_reg.replace(bad_reg.find(flags), flags.size(), "\"NY\"");
+  std::string bad_ini = ini;
+  bad_ini.replace(0, 6, "\"Ini2\"");
+  bad_ini.replace(bad_ini.find(flags), flags.size(), "\"NY\"");
+  host_.scratch().Write("MP/SSR/textedit.ssr",
+                        "[Module]\n\"Text Editor\",\"8.0\"\n[File System-Settings]\n"
+                        "[Module System-Settings]\n[System-Settings Records]\n" +
+                            reg + ini + reg + bad_reg + bad_ini +
+                            "[Shipped File Created SSRs]\n[Module Created SSRs]\n"
+                            "[Created System-Settings]\n");
+  auto result = RunTool({"-p", profile_, "check"});
+  EXPECT_EQ(result.status, 1) << result.err;
+  const std::string file = profile_ + "\\SSR\\textedit.ssr";
+  // A registry and an INI entry may share a name; two registry entries may not.
+  EXPECT_EQ(result.out,
+            Line(file, 8, "duplicate", "RE Name=\"Tabs\" again (first at line 6)") +
+                Line(file, 9, "RE", "Bad flag string: must contain 32 Y or N characters") +
+                Line(file, 10, "IE", "Bad flag string: must contain 32 Y or N characters"));
+}
+
 TEST_F(ToolCheckTest, RandomBytesAreReported) {
   std::mt19937 random(20240611);
   std::string bytes(20000, '\0');

@@ -45,15 +45,26 @@ bool ReadBytes(const std::string& path, std::string* bytes) {
   }
 }
 
-// The operations of the kind whose records live in the section of a file
-// of this catalogue kind, when the kind is described.
-const KindApi* ApiOf(const char* file_kind, const std::string& section) {
+// The operations of the kinds whose records live in the section of a file
+// of this catalogue kind, when they are described. Kinds that share a
+// section (settings entries) name no file of their own: the section of a
+// file that holds it is theirs.
+std::vector<const KindApi*> ApisOf(const char* file_kind, const std::string& section) {
+  std::vector<const KindApi*> apis;
   for (const KindApi* api : AllKindApis()) {
     const KindInfo& kind = *api->schema->kind;
-    if (strcasecmp(kind.file_kind, file_kind) == 0 &&
-        strcasecmp(kind.section, section.c_str()) == 0) {
-      return api;
-    }
+    if (strcasecmp(kind.section, section.c_str()) != 0) continue;
+    bool shared = api->schema->takes_line != nullptr && kind.file_kind[0] == '\0' &&
+                  HoldsSection(file_kind, section);
+    if (strcasecmp(kind.file_kind, file_kind) == 0 || shared) apis.push_back(api);
+  }
+  return apis;
+}
+
+// Of the section's kinds, the one a line belongs to.
+const KindApi* ApiOfLine(const std::vector<const KindApi*>& apis, const char* line) {
+  for (const KindApi* api : apis) {
+    if (api->schema->takes_line == nullptr || api->schema->takes_line(line)) return api;
   }
   return nullptr;
 }
@@ -162,11 +173,11 @@ class FileChecker {
     // count from the top of the file.
     SetParseFile(path_.c_str());
     if (!FindSection(file, section.c_str())) return;
-    const KindApi* api = ApiOf(file_kind_.c_str(), section);
+    const std::vector<const KindApi*> apis = ApisOf(file_kind_.c_str(), section);
     const char* kind =
-        api != nullptr ? api->schema->kind->code : KindCodeOf(file_kind_.c_str(), section);
-    std::vector<const MemberSpec*> keys;
-    if (api != nullptr) keys = KeyMembers(*api);
+        !apis.empty() ? apis[0]->schema->kind->code : KindCodeOf(file_kind_.c_str(), section);
+    std::map<const KindApi*, std::vector<const MemberSpec*>> keys;
+    for (const KindApi* api : apis) keys[api] = KeyMembers(*api);
     std::map<std::string, int> key_lines;
     char line[QV_LINE_SIZE];
     uint32_t flags = 0;
@@ -186,7 +197,9 @@ class FileChecker {
       if (IsKeyValueKind(kind) && strchr(line, '=') == nullptr) {
         Add(here, kMessageProblem, "message line without \"=\"");
       }
-      if (api != nullptr) CheckRecord(*api, line, flags, here, keys, &key_lines);
+      if (const KindApi* api = ApiOfLine(apis, line)) {
+        CheckRecord(*api, line, flags, here, keys[api], &key_lines);
+      }
     }
   }
 
@@ -200,7 +213,8 @@ class FileChecker {
     if (schema.set_owner != nullptr) schema.set_owner(record, "", "");
     DecodeRecordLine(schema, line, record);
     TakeReports(schema.kind->code, here);
-    std::string key;
+    // Kinds that share a section keep their keys apart.
+    std::string key = std::string(schema.kind->code) + '\x1f';
     std::string shown;
     bool empty = true;
     for (const MemberSpec* member : keys) {
