@@ -1,5 +1,6 @@
 // Putting a rewritten profile file in place of the old one.
 
+#include "core/replace_batch.h"
 #include "platform/fs.h"
 #include "quorvex/writer.h"
 
@@ -10,6 +11,7 @@ int QvReplaceProfileFile(const char* temporaryPath, const char* profilePath) {
   // A read-only file is one that is not checked out: it must not change,
   // even where the folder would allow the new content to be renamed over it.
   if (qv::IsReadOnly(profilePath)) return 0;
+  if (qv::ReplaceBatchOpen()) return qv::StageReplacement(temporaryPath, profilePath) ? 1 : 0;
   if (!qv::ReplaceFileContent(temporaryPath, profilePath)) return 0;
   qv::DeleteFile(temporaryPath);
   return 1;

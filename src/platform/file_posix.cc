@@ -15,6 +15,7 @@
 
 #include "platform/file.h"
 #include "platform/fs.h"
+#include "platform/read_redirects.h"
 #include "platform/write_faults.h"
 
 namespace qv {
@@ -34,6 +35,9 @@ File::~File() {
 
 File* File::Open(const std::string& path, OpenMode mode, int* error) {
   std::string host = ResolvePath(path);
+  if (mode == OpenMode::kReadExisting || mode == OpenMode::kUpdateExisting) {
+    host = ReadPathOf(host);
+  }
   int flags = O_CLOEXEC;
   switch (mode) {
     case OpenMode::kReadExisting:

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/replace_batch.h"
 #include "quorvex/filegroups.h"
 #include "quorvex/report.h"
 #include "records/filegroup_families.h"
@@ -74,6 +75,8 @@ int MPRenameFG(const char* moduleName, const char* moduleVersion, const char* ol
     ReportError(qv::FgDesc::kNotForOrvik, 0);
     return 0;
   }
+  // Groups, files and icons share the module's file: it changes once.
+  qv::ReplaceBatch batch;
   RecordList* groups = nullptr;
   if (FgFamily::ReadAll(moduleName, moduleVersion, &groups, MODE_READ) != 1) {
     FgFamily::List::Free(groups);
@@ -117,6 +120,8 @@ int MPRenameSF(const char* moduleName, const char* moduleVersion, const char* gr
     ReportError(qv::SfDesc::kNotForOrvik, 0);
     return 0;
   }
+  // The files, their settings and icons change each of their files once.
+  qv::ReplaceBatch batch;
   RecordList* files = nullptr;
   if (SfFamily::ReadAll(moduleName, moduleVersion, &files, MODE_UPDATE) != 1) {
     SfFamily::List::Free(files);

@@ -6,6 +6,7 @@
 
 #include "core/file_name_check.h"
 #include "core/munged_file.h"
+#include "core/replace_batch.h"
 #include "core/report_capture.h"
 #include "core/section_rewrite.h"
 #include "core/state.h"
@@ -304,24 +305,29 @@ bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* paren
   PutFiles files;
   if (!OpenExistingFile(kind, record, &files)) return false;
   if (!QvFileIsOpen(files.source) && !CreateOwnedFile(kind, record, parent, &files)) return false;
-  SectionRewrite rewrite;
-  bool written = rewrite.Begin(files.source, files.path.c_str(), schema.kind->section);
-  if (written) {
-    WriteRecordLine(schema, record, rewrite.output());
-    written = rewrite.FinishAfterFirstRecord(State().comment_mode);
-  }
-  if (!written) {
-    // A new file that was never put in place is no longer listed.
-    if (files.created) {
-      RemoveGlobalFileEntry(At(record, kind.name_offset), VersionOf(kind, record),
-                            FileKindOf(kind));
+  {
+    // A birth writes the new file, then gives its contents texts of their
+    // own: the file is put in place once, with both.
+    ReplaceBatch batch;
+    SectionRewrite rewrite;
+    bool written = rewrite.Begin(files.source, files.path.c_str(), schema.kind->section);
+    if (written) {
+      WriteRecordLine(schema, record, rewrite.output());
+      written = rewrite.FinishAfterFirstRecord(State().comment_mode);
     }
-    return false;
+    if (!written) {
+      // A new file that was never put in place is no longer listed.
+      if (files.created) {
+        RemoveGlobalFileEntry(At(record, kind.name_offset), VersionOf(kind, record),
+                              FileKindOf(kind));
+      }
+      return false;
+    }
+    if (parent != nullptr && kind.renew_contents != nullptr) {
+      kind.renew_contents(At(record, kind.name_offset), VersionOf(kind, record));
+    }
   }
   AddIfNewToVcs(files.path.c_str());
-  if (parent != nullptr && kind.renew_contents != nullptr) {
-    kind.renew_contents(At(record, kind.name_offset), VersionOf(kind, record));
-  }
   return true;
 }
 
@@ -329,7 +335,14 @@ bool DeleteOwned(const OwnedFileKind& kind, const char* name, const char* versio
   if (!RequireLockedProfile()) return false;
   name = KeyText(name);
   version = kind.version_size != 0 ? KeyText(version) : "";
-  if (kind.delete_references != nullptr && !kind.delete_references(name, version)) {
+  bool references_deleted = true;
+  if (kind.delete_references != nullptr) {
+    // Each file that names the record changes once (an install names a
+    // module in several sections), before the record's own file goes.
+    ReplaceBatch batch;
+    references_deleted = kind.delete_references(name, version);
+  }
+  if (!references_deleted) {
     Report(kind.references_remain);
     return false;
   }
