@@ -5,6 +5,7 @@
 // qv::File keeps the block in memory, so this costs no system call per line,
 // and the positions (including the byte lost after a line that fills the
 // buffer) stay exactly those of the plain reads.
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -21,19 +22,35 @@ int ReadProfileLine(QvFile file, char* buffer, int size) {
   buffer[0] = '\0';
   qv::File* f = qv::File::FromHandle(file);
   if (f == nullptr) return 0;
-  long read = f->Read(buffer, static_cast<size_t>(size - 1));
-  if (read <= 0) return 0;
-  buffer[read] = '\0';
-  char* feed = strchr(buffer, '\n');
-  if (feed != nullptr) {
-    *feed = '\0';
-  } else if (strlen(buffer) < static_cast<size_t>(read) || read == size - 1) {
-    // A NUL byte or a full buffer ends the line early, and the byte after
-    // that end is skipped: the line cannot be read whole.
+  // The bytes come in pieces until the line's end shows: a whole buffer
+  // for each short line would cost far more than the line.
+  constexpr size_t kPiece = 512;
+  const size_t limit = static_cast<size_t>(size - 1);
+  size_t have = 0;
+  const char* end = nullptr;  // the first line feed or NUL byte
+  while (have < limit && end == nullptr) {
+    long got = f->Read(buffer + have, std::min(kPiece, limit - have));
+    if (got <= 0) break;
+    const char* piece = buffer + have;
+    const size_t text = strnlen(piece, static_cast<size_t>(got));  // up to a NUL byte
+    end = static_cast<const char*>(memchr(piece, '\n', text));
+    if (end == nullptr && text < static_cast<size_t>(got)) end = piece + text;
+    have += static_cast<size_t>(got);
+  }
+  if (have == 0) return 0;
+  buffer[have] = '\0';
+  size_t length = have;
+  if (end != nullptr) {
+    length = static_cast<size_t>(end - buffer);
+    // A NUL byte ends the line early: the line cannot be read whole.
+    if (*end == '\0') qv::NoteCutLine();
+    buffer[length] = '\0';
+  } else if (have == limit) {
+    // A full buffer ends the line, and the byte after it is skipped.
     qv::NoteCutLine();
   }
   // Stand just after the line feed; without one, one byte past the block.
-  f->Seek(static_cast<int64_t>(strlen(buffer)) - read + 1, SEEK_CUR);
+  f->Seek(static_cast<int64_t>(length) - static_cast<int64_t>(have) + 1, SEEK_CUR);
   ++qv::State().parse_line;
   return 1;
 }
