@@ -1,6 +1,10 @@
 // Feeds arbitrary bytes to the profile text reader: the input becomes a
 // profile file whose sections are read in every comment mode, and every
-// record goes through every field parser and value converter.
+// record goes through every field parser and value converter. Then the
+// first byte picks a record kind and the rest are its lines: each is read
+// as the kind reads it, written as the kind writes it and read again, and
+// the second read must give what the first gave, unless the engine's own
+// line check says the record cannot be written (a put refuses those).
 //
 // Errors are expected and answered by a silent host; what must not happen is
 // a crash, a sanitizer report or a reader that stops making progress.
@@ -11,7 +15,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/file.h"
 #include "quorvex/quorvex.h"
+#include "records/kind_api.h"
+#include "records/line_capacity.h"
+#include "records/record_codec.h"
 
 namespace {
 
@@ -173,6 +181,86 @@ void FindEverySection(QvFile file) {
   FindSection(file, "no such section");
 }
 
+// The members a kind's line carries.
+std::vector<const qv::MemberSpec*> CarriedMembers(const qv::KindSchema& schema) {
+  std::vector<const qv::MemberSpec*> carried;
+  for (const qv::MemberSpec& m : schema.members) {
+    bool on_line = false;
+    if (schema.parse_line != nullptr) {
+      for (const char* name : schema.custom_line_members) {
+        on_line = on_line || strcmp(name, m.name) == 0;
+      }
+    } else {
+      for (const qv::LineField& f : schema.line) on_line = on_line || f.offset == m.offset;
+    }
+    if (on_line) carried.push_back(&m);
+  }
+  return carried;
+}
+
+bool SameMember(const qv::MemberSpec& m, const void* a, const void* b) {
+  const char* x = static_cast<const char*>(a) + m.offset;
+  const char* y = static_cast<const char*>(b) + m.offset;
+  if (m.type == qv::ValueType::kText) return strncmp(x, y, m.size) == 0;
+  return memcmp(x, y, m.size) == 0;
+}
+
+// Reads the next record line of the kind from file into a new record;
+// nullptr at the end, or for a line the kind does not read.
+void* ReadKindRecord(const qv::KindSchema& schema, QvFile file, bool* more) {
+  char line[QV_LINE_SIZE];
+  uint32_t flags = 0;
+  *more = ReadRecordLine(file, line, &flags, COMMENT_MODE_RECORDS) != 0;
+  if (!*more) return nullptr;
+  if (schema.takes_line != nullptr && !schema.takes_line(line)) return nullptr;
+  void* record = qv::NewRecord(schema);
+  if (record == nullptr) return nullptr;
+  qv::RecordFlagsOf(schema, record) = flags;
+  if (!qv::DecodeRecordLine(schema, line, record)) {
+    qv::FreeRecord(record);
+    return nullptr;
+  }
+  return record;
+}
+
+void RoundTrip(const qv::KindSchema& schema, const void* first) {
+  // A record the line cannot hold is refused by every put before it is
+  // written; the check must not fail on any record.
+  if (!qv::LineCapacityProblem(schema, first).empty()) return;
+  qv::File* written = qv::File::OpenInMemory();
+  if (!qv::WriteRecordLine(schema, first, written->handle())) abort();
+  written->Seek(0, SEEK_SET);
+  bool more = false;
+  void* second = ReadKindRecord(schema, written->handle(), &more);
+  if (second == nullptr) abort();  // the written line does not read back
+  if (qv::RecordFlagsOf(schema, second) != qv::RecordFlagsOf(schema, first)) abort();
+  for (const qv::MemberSpec* m : CarriedMembers(schema)) {
+    if (!SameMember(*m, first, second)) abort();  // the second read differs
+  }
+  qv::FreeRecord(second);
+  QvCloseFile(written->handle());
+}
+
+void KindRoundTrips(const uint8_t* data, size_t size) {
+  const std::vector<const qv::KindApi*>& kinds = qv::AllKindApis();
+  if (size == 0 || kinds.empty()) return;
+  const qv::KindSchema& schema = *kinds[data[0] % kinds.size()]->schema;
+  qv::File* input = qv::File::OpenInMemory();
+  input->Write(data + 1, size - 1);
+  input->Seek(0, SEEK_SET);
+  // Every record line takes at least one byte.
+  for (size_t lines = 0; lines < size; ++lines) {
+    bool more = false;
+    void* record = ReadKindRecord(schema, input->handle(), &more);
+    if (record != nullptr) {
+      RoundTrip(schema, record);
+      qv::FreeRecord(record);
+    }
+    if (!more) break;
+  }
+  QvCloseFile(input->handle());
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -191,5 +279,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (file == QV_NO_FILE) return 0;
   FindEverySection(file);
   QvCloseFile(file);
+  KindRoundTrips(data, size);
   return 0;
 }
