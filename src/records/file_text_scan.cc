@@ -40,8 +40,10 @@ std::vector<int> ReaderLines(const std::string& bytes) {
     lines.push_back(line);
     size_t length = std::min(kReadSize, bytes.size() - position);
     const char* start = bytes.data() + position;
-    size_t end = 0;
-    while (end < length && start[end] != '\n' && start[end] != '\0') ++end;
+    const size_t text = strnlen(start, length);  // up to a NUL byte
+    const void* feed = memchr(start, '\n', text);
+    const size_t end =
+        feed != nullptr ? static_cast<size_t>(static_cast<const char*>(feed) - start) : text;
     position += end + 1;
   }
   return lines;
@@ -59,6 +61,13 @@ void CheckBytes(FileTextScan* scan, const std::string& path, int number, const c
         "line of " + std::to_string(length) + " bytes: the reader cuts lines of " +
             std::to_string(kReadSize) + " bytes or more and loses a byte");
   }
+  // A carriage return belongs to the line end written on Windows.
+  const size_t checked =
+      before_feed && length > 0 && line[length - 1] == '\r' ? length - 1 : length;
+  // Most lines are all text: a count without branches says so quickly.
+  size_t others = 0;
+  for (size_t i = 0; i < checked; ++i) others += !IsTextByte(static_cast<unsigned char>(line[i]));
+  if (others == 0) return;
   size_t first = length;
   int count = 0;
   for (size_t i = 0; i < length; ++i) {
