@@ -90,7 +90,9 @@ int PutAText() {
 int PutAllAds() {
   ADList* list = nullptr;
   if (MPGetADCompleteList(&list, MODE_UPDATE) != 1) return -1;
-  MPRemoveADNode(list, static_cast<ADRecord*>(list->head->record));
+  auto* first = static_cast<ADRecord*>(list->head->record);
+  MPRemoveADNode(list, first);
+  MPFreeAD(first);  // a removed record is the caller's
   int result = MPPutADCompleteList(list);
   MPFreeADList(list);
   return result;

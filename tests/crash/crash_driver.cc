@@ -68,7 +68,9 @@ int PutAdList(int round) {
   if (MPGetADCompleteList(&list, MODE_UPDATE) != 1) return 0;
   auto* head = static_cast<ADRecord*>(list->head->record);
   Copy(head->row.text1, sizeof head->row.text1, "Changed in round " + std::to_string(round));
-  MPRemoveADNode(list, static_cast<ADRecord*>(list->tail->record));
+  auto* last = static_cast<ADRecord*>(list->tail->record);
+  MPRemoveADNode(list, last);
+  MPFreeAD(last);  // a removed record is the caller's
   int result = MPPutADCompleteList(list);
   MPFreeADList(list);
   return result;
