@@ -79,7 +79,10 @@ class HostileNamesTest : public ::testing::Test {
       files[relative] = entry.is_regular_file() ? ReadFileBytes(entry.path().string()) : "<dir>";
     }
     for (const auto& entry : fs::directory_iterator(scratch.parent_path())) {
-      files["../" + entry.path().filename().string()] = "";
+      // Other tests make and remove their own folders here meanwhile.
+      const std::string name = entry.path().filename().string();
+      if (name.rfind("qvtest", 0) == 0) continue;
+      files["../" + name] = "";
     }
     return files;
   }
