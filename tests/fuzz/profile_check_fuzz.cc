@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz_input.h"
 #include "quorvex/quorvex.h"
 #include "records/profile_check.h"
 
@@ -23,39 +24,17 @@ int CountingBox(void*, const char*, const char*, int) {
   return 1;
 }
 
-std::string& InputPath() {
-  static std::string path;
-  return path;
-}
-
-void RemoveInput() {
-  std::remove(InputPath().c_str());
-  std::remove(InputPath().substr(0, InputPath().rfind('/')).c_str());
-}
-
-void Initialise() {
-  QuorvexHost host = {nullptr, CountingBox, nullptr, nullptr};
-  QuorvexSetHost(&host);
-  const char* base = getenv("TMPDIR");
-  std::string pattern = std::string(base != nullptr && *base ? base : "/tmp") + "/qvfuzz.XXXXXX";
-  if (mkdtemp(pattern.data()) == nullptr) abort();
-  InputPath() = pattern + "/input.txt";
-  atexit(RemoveInput);
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static bool initialised = (Initialise(), true);
+  static bool initialised = (qvfuzz::Initialise(CountingBox), true);
   (void)initialised;
   if (size == 0) return 0;
   const char* kind = kKinds[data[0] % (sizeof kKinds / sizeof kKinds[0])];
-  FILE* out = fopen(InputPath().c_str(), "wb");
-  if (out == nullptr) return 0;
-  bool written = fwrite(data + 1, 1, size - 1, out) == size - 1;
-  if (fclose(out) != 0 || !written) return 0;
+  if (!qvfuzz::WriteInput(data + 1, size - 1)) return 0;
   qv::CheckedFile summary;
-  std::vector<qv::ProfileProblem> problems = qv::CheckProfileFile(InputPath(), kind, &summary);
+  std::vector<qv::ProfileProblem> problems =
+      qv::CheckProfileFile(qvfuzz::InputPath(), kind, &summary);
   if (reports != 0) abort();  // the checker reports nothing through the reporter
   // A line number beyond the file's lines would send a person nowhere.
   long lines = 1;

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz_input.h"
 #include "platform/file.h"
 #include "quorvex/quorvex.h"
 #include "records/kind_api.h"
@@ -25,33 +26,6 @@ namespace {
 
 int SilentBox(void*, const char*, const char*, int) {
   return 1;
-}
-
-std::string& InputPath() {
-  static std::string path;
-  return path;
-}
-
-void RemoveInput() {
-  std::remove(InputPath().c_str());
-  std::remove(InputPath().substr(0, InputPath().rfind('/')).c_str());
-}
-
-void Initialise() {
-  QuorvexHost host = {nullptr, SilentBox, nullptr, nullptr};
-  QuorvexSetHost(&host);
-  const char* base = getenv("TMPDIR");
-  std::string pattern = std::string(base != nullptr && *base ? base : "/tmp") + "/qvfuzz.XXXXXX";
-  if (mkdtemp(pattern.data()) == nullptr) abort();
-  InputPath() = pattern + "/input.txt";
-  atexit(RemoveInput);
-}
-
-bool WriteInput(const uint8_t* data, size_t size) {
-  FILE* out = fopen(InputPath().c_str(), "wb");
-  if (out == nullptr) return false;
-  bool ok = fwrite(data, 1, size, out) == size;
-  return fclose(out) == 0 && ok;
 }
 
 // One field parser applied again and again from the start of the record,
@@ -264,18 +238,18 @@ void KindRoundTrips(const uint8_t* data, size_t size) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static bool initialised = (Initialise(), true);
+  static bool initialised = (qvfuzz::Initialise(SilentBox), true);
   (void)initialised;
-  if (!WriteInput(data, size)) return 0;
-  SetParseFile(InputPath().c_str());
+  if (!qvfuzz::WriteInput(data, size)) return 0;
+  SetParseFile(qvfuzz::InputPath().c_str());
   // Modes 0 and 5 stand for the values no family passes.
   for (int mode = 0; mode <= 5; ++mode) {
-    QvFile file = QvOpenFileForRead(InputPath().c_str());
+    QvFile file = QvOpenFileForRead(qvfuzz::InputPath().c_str());
     if (file == QV_NO_FILE) return 0;
     ReadEverySection(file, mode, size);
     QvCloseFile(file);
   }
-  QvFile file = QvOpenFileForRead(InputPath().c_str());
+  QvFile file = QvOpenFileForRead(qvfuzz::InputPath().c_str());
   if (file == QV_NO_FILE) return 0;
   FindEverySection(file);
   QvCloseFile(file);
