@@ -108,16 +108,6 @@ const KindApi& SfcrKindApi() {
   return SFCRFamily::Api();
 }
 
-// The section becomes the list; the database takes each row as an insert.
-template <class Family>
-int PutAssociationList(const char* module, const char* key2, RecordList* list) {
-  if (IsOrvikProfile()) return Family::PutCompleteList(module, key2, list);
-  Family::List::ForEach(list, [&](typename Family::Record* r) {
-    OwnedKindTraits<typename Family::Desc>::SetOwner(r, module, key2);
-  });
-  return Family::Write(module, key2, list);
-}
-
 }  // namespace qv
 
 using qv::MOCRFamily;
@@ -125,38 +115,10 @@ using qv::MOSRFamily;
 using qv::SFCRFamily;
 using qv::SFSRFamily;
 
-#define QV_DEFINE_ASSOCIATION_OPERATIONS(code)                                   \
-  QV_DEFINE_LIST_OPERATIONS(code, code##Record, MPFree##code)                    \
-  extern "C" {                                                                   \
-  int MPNew##code(code##Record** recordOut) {                                    \
-    *recordOut = code##Family::New();                                            \
-    return *recordOut != nullptr ? 1 : 0;                                        \
-  }                                                                              \
-  int MPFree##code(code##Record* record) {                                       \
-    ::qv::FreeRecord(record);                                                    \
-    return 1;                                                                    \
-  }                                                                              \
-  int MPGet##code##CompleteList(const char* moduleName, const char* moduleKey2,  \
-                                code##List** listOut, uint32_t mode) {           \
-    return code##Family::ReadAll(moduleName, moduleKey2, listOut, mode);         \
-  }                                                                              \
-  int MPPut##code##CompleteList(const char* moduleName, const char* moduleKey2,  \
-                                code##List* list) {                              \
-    return ::qv::PutAssociationList<code##Family>(moduleName, moduleKey2, list); \
-  }                                                                              \
-  int MPPut##code(code##Record* record) {                                        \
-    return code##Family::Put(record);                                            \
-  }                                                                              \
-  int MPGet##code##FlagNames(code##FlagNames** tableOut) {                       \
-    *tableOut = ::qv::NewFlagNames(code##Family::Schema());                      \
-    return 1;                                                                    \
-  }                                                                              \
-  }
-
-QV_DEFINE_ASSOCIATION_OPERATIONS(MOSR)
-QV_DEFINE_ASSOCIATION_OPERATIONS(SFSR)
-QV_DEFINE_ASSOCIATION_OPERATIONS(MOCR)
-QV_DEFINE_ASSOCIATION_OPERATIONS(SFCR)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(MOSR, MOSRFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(SFSR, SFSRFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(MOCR, MOCRFamily)
+QV_DEFINE_OWNER_CONTENT_OPERATIONS(SFCR, SFCRFamily)
 
 extern "C" {
 

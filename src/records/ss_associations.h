@@ -21,6 +21,20 @@ struct AssociationDesc {
   static bool DeleteReferences(const OwnedKey<N>&) { return true; }
 };
 
+// An association kind's operations. A complete list replaces its section
+// as given (the database takes each row as an insert), rather than being
+// merged into the stored records.
+template <class Desc>
+struct AssociationFamily : OwnedKindFamily<Desc> {
+  using Base = OwnedKindFamily<Desc>;
+  static int PutCompleteList(const char* module, const char* key2, RecordList* list) {
+    if (IsOrvikProfile()) return Base::PutCompleteList(module, key2, list);
+    Base::List::ForEach(
+        list, [&](typename Desc::Record* r) { OwnedKindTraits<Desc>::SetOwner(r, module, key2); });
+    return Base::Write(module, key2, list);
+  }
+};
+
 #define QV_ASSOCIATION_DESC(code, N, ...)                                                       \
   struct code##Desc : AssociationDesc<code##Record, N> {                                        \
     static constexpr auto kFree = &MPFree##code;                                                \
@@ -38,7 +52,7 @@ struct AssociationDesc {
     static const KindSchema& Schema();                                                          \
     static int Put(code##Record* record, bool* written);                                        \
   };                                                                                            \
-  using code##Family = OwnedKindFamily<code##Desc>;
+  using code##Family = AssociationFamily<code##Desc>;
 
 QV_ASSOCIATION_DESC(MOSR, 1, "SSRName")
 QV_ASSOCIATION_DESC(SFSR, 4, "Language", "GroupName", "FileName", "SSRName")
