@@ -3,6 +3,7 @@
 // A new profile replaces the open one only after it proved valid (a
 // directory, its locations readable, its lock taken), so a failed open
 // leaves the old profile open.
+#include <sqlite3.h>
 #include <strings.h>
 
 #include <cstdio>
@@ -70,6 +71,28 @@ bool IsOpenAs(const OpenAttempt& attempt) {
          attempt.flags == s.profile_flags && (attempt.flags & OPEN_PROMPT) == 0;
 }
 
+// Takes the lock that a locked open asks for (nullptr when none is asked
+// for). Reopening the locked profile with other flags keeps its lock
+// rather than letting the close of the old profile drop it. False, after
+// the report, when another process holds it.
+bool TakeLock(OpenAttempt* attempt, const std::string& lock_path, LockFile** lock) {
+  EngineState& s = State();
+  *lock = nullptr;
+  if (!(attempt->flags & OPEN_LOCK)) return true;
+  if (strcasecmp(attempt->path, s.profile_path) == 0 && s.locked && s.lock_file != nullptr) {
+    *lock = s.lock_file;
+    s.lock_file = nullptr;
+    return true;
+  }
+  *lock = LockFile::Acquire(ResolvePath(lock_path));
+  if (*lock != nullptr) return true;
+  char text[QV_LINE_SIZE];
+  snprintf(text, sizeof text, "Cannot open Lockfile %s.", lock_path.c_str());
+  ReportError(text, 0);
+  attempt->message = text;
+  return false;
+}
+
 bool TryMasterProfile(OpenAttempt* attempt) {
   EngineState& s = State();
   // " " is refused by name as well: it passed the directory test on the
@@ -83,24 +106,9 @@ bool TryMasterProfile(OpenAttempt* attempt) {
     return false;
   }
   LockFile* lock = nullptr;
-  bool already_locked_here =
-      strcasecmp(attempt->path, s.profile_path) == 0 && s.locked && s.lock_file != nullptr;
-  if ((attempt->flags & OPEN_LOCK) && !already_locked_here) {
-    std::string lock_path = std::string(attempt->path) + "\\QUORVEX.LOK";
-    lock = LockFile::Acquire(ResolvePath(lock_path));
-    if (lock == nullptr) {
-      char text[QV_LINE_SIZE];
-      snprintf(text, sizeof text, "Cannot open Lockfile %s.", lock_path.c_str());
-      ReportError(text, 0);
-      attempt->message = text;
-      FreeLocations(locations);
-      return false;
-    }
-  } else if ((attempt->flags & OPEN_LOCK) && already_locked_here) {
-    // Reopening the locked profile with other flags keeps its lock rather
-    // than letting the close below drop it.
-    lock = s.lock_file;
-    s.lock_file = nullptr;
+  if (!TakeLock(attempt, std::string(attempt->path) + "\\QUORVEX.LOK", &lock)) {
+    FreeLocations(locations);
+    return false;
   }
   if (s.profile_path[0] != '\0') CloseMasterProfile();
   SetText(s.profile_path, attempt->path);
@@ -123,8 +131,16 @@ bool TryOrvikProfile(OpenAttempt* attempt) {
     attempt->message = text;  // shown in the dialog only
     return false;
   }
+  // A database has no folder for the lock file; it lies beside the file,
+  // and it keeps a second writer out exactly as in a Master Profile.
+  LockFile* lock = nullptr;
+  if (!TakeLock(attempt, std::string(attempt->path) + ".LOK", &lock)) {
+    sqlite3_close(connection);
+    return false;
+  }
   if (s.profile_path[0] != '\0') CloseMasterProfile();
   OrvikMakeCurrent(connection);
+  s.lock_file = lock;
   for (int i = 0; i < 4; ++i) s.orvik_handles[i] = kOrvikPreset[i];
   SetText(s.profile_path, attempt->path);
   s.profile_flags = attempt->flags;

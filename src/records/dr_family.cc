@@ -1,5 +1,6 @@
 // Installs: each the first line of the "Install" section of its own file
 // in "<profile>\installs", known by its name alone.
+#include "orvik/transaction.h"
 #include "quorvex/installs.h"
 #include "records/family_io.h"
 #include "records/owned_file_api.h"
@@ -202,10 +203,14 @@ int MPDeleteDR(const char* name) {
   return qv::DeleteOwned(qv::InstallKind(), name, "") ? 1 : 0;
 }
 
-int MPDeleteDRReferences(const char* name, uint32_t mask, uint32_t, uint32_t) {
+static int DeleteDRReferencesAlone(const char* name, uint32_t mask, uint32_t, uint32_t) {
   if (mask != qv::kDeleteReferences) return 1;
   qv::DeleteInstallRows(name);
   return 1;
+}
+
+int MPDeleteDRReferences(const char* name, uint32_t mask, uint32_t a, uint32_t b) {
+  return qv::Transacted([&] { return DeleteDRReferencesAlone(name, mask, a, b); });
 }
 
 int MPGetDRFlagNames(DRFlagNames** tableOut) {

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "core/replace_batch.h"
+#include "orvik/transaction.h"
 #include "quorvex/filegroups.h"
 #include "quorvex/report.h"
 #include "records/filegroup_families.h"
@@ -67,8 +68,8 @@ using qv::SfFamily;
 
 extern "C" {
 
-int MPRenameFG(const char* moduleName, const char* moduleVersion, const char* oldGroupName,
-               uint32_t, uint32_t, const char* newGroupName) {
+static int RenameFGAlone(const char* moduleName, const char* moduleVersion,
+                         const char* oldGroupName, uint32_t, uint32_t, const char* newGroupName) {
   if (!qv::RequireLockedProfile()) return 0;
   if (oldGroupName == nullptr || newGroupName == nullptr) return 0;
   if (qv::IsOrvikProfile()) {
@@ -112,9 +113,16 @@ int MPRenameFG(const char* moduleName, const char* moduleVersion, const char* ol
   return result;
 }
 
-int MPRenameSF(const char* moduleName, const char* moduleVersion, const char* groupName,
-               const char* language, const char* fileName, uint32_t, uint32_t,
-               const char* newGroupName, const char* newLanguage, const char* newFileName) {
+int MPRenameFG(const char* moduleName, const char* moduleVersion, const char* oldGroupName,
+               uint32_t a, uint32_t b, const char* newGroupName) {
+  return qv::Transacted(
+      [&] { return RenameFGAlone(moduleName, moduleVersion, oldGroupName, a, b, newGroupName); });
+}
+
+static int RenameSFAlone(const char* moduleName, const char* moduleVersion, const char* groupName,
+                         const char* language, const char* fileName, uint32_t, uint32_t,
+                         const char* newGroupName, const char* newLanguage,
+                         const char* newFileName) {
   if (!qv::RequireLockedProfile()) return 0;
   if (qv::IsOrvikProfile()) {
     ReportError(qv::SfDesc::kNotForOrvik, 0);
@@ -155,9 +163,19 @@ int MPRenameSF(const char* moduleName, const char* moduleVersion, const char* gr
   return result;
 }
 
-int MPSFAssociations(const char* moduleName, const char* moduleVersion, const char* groupName,
-                     const char* fileName, const char* language, uint32_t mode, uint32_t, uint32_t,
-                     const char* newGroupName, const char* newFileName, const char* newLanguage) {
+int MPRenameSF(const char* moduleName, const char* moduleVersion, const char* groupName,
+               const char* language, const char* fileName, uint32_t a, uint32_t b,
+               const char* newGroupName, const char* newLanguage, const char* newFileName) {
+  return qv::Transacted([&] {
+    return RenameSFAlone(moduleName, moduleVersion, groupName, language, fileName, a, b,
+                         newGroupName, newLanguage, newFileName);
+  });
+}
+
+static int SFAssociationsAlone(const char* moduleName, const char* moduleVersion,
+                               const char* groupName, const char* fileName, const char* language,
+                               uint32_t mode, uint32_t, uint32_t, const char* newGroupName,
+                               const char* newFileName, const char* newLanguage) {
   if (mode == SF_ASSOCIATIONS_DELETE) {
     return qv::DeleteSettingsOfShippedFile(moduleName, moduleVersion, groupName, fileName, language)
                ? 1
@@ -177,6 +195,16 @@ int MPSFAssociations(const char* moduleName, const char* moduleVersion, const ch
   return qv::SettingsReferToShippedFile(moduleName, moduleVersion, groupName, fileName, language)
              ? 1
              : 0;
+}
+
+int MPSFAssociations(const char* moduleName, const char* moduleVersion, const char* groupName,
+                     const char* fileName, const char* language, uint32_t mode, uint32_t a,
+                     uint32_t b, const char* newGroupName, const char* newFileName,
+                     const char* newLanguage) {
+  return qv::Transacted([&] {
+    return SFAssociationsAlone(moduleName, moduleVersion, groupName, fileName, language, mode, a, b,
+                               newGroupName, newFileName, newLanguage);
+  });
 }
 
 }  // extern "C"

@@ -33,6 +33,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "orvik/transaction.h"
 #include "quorvex/report.h"
 #include "records/family_io.h"
 #include "records/line_capacity.h"
@@ -145,7 +146,21 @@ class KeyedFamily {
 
   // *written (when given) tells whether the file was rewritten, which the
   // result does not.
+  // Each write below is one transaction in an Orvik profile: a delete with
+  // its references, or a list of rows, lands whole or not at all.
   static int Put(Record* record, bool* written = nullptr) {
+    return Transacted([&] { return PutAlone(record, written); });
+  }
+  static int PutCompleteList(RecordList* list) { return PutCompleteList(Owner{}, list); }
+  static int PutCompleteList(const Owner& owner, RecordList* list) {
+    return Transacted([&] { return PutCompleteListAlone(owner, list); });
+  }
+  static int Delete(const Key& key) {
+    return Transacted([&] { return DeleteAlone(key); });
+  }
+
+  // The same without a transaction of their own.
+  static int PutAlone(Record* record, bool* written) {
     if (written != nullptr) *written = false;
     if (!RequireLockedProfile()) return 0;
     if (!RecordFitsLine(Traits::Schema(), record)) return 0;
@@ -183,8 +198,7 @@ class KeyedFamily {
     return 1;
   }
 
-  static int PutCompleteList(RecordList* list) { return PutCompleteList(Owner{}, list); }
-  static int PutCompleteList(const Owner& owner, RecordList* list) {
+  static int PutCompleteListAlone(const Owner& owner, RecordList* list) {
     // Deliberately no early return in the text store: the rewrite below
     // reports the missing lock again.
     bool locked = RequireLockedProfile();
@@ -211,7 +225,7 @@ class KeyedFamily {
     return 1;
   }
 
-  static int Delete(const Key& key) {
+  static int DeleteAlone(const Key& key) {
     if (!RequireLockedProfile()) return 0;
     if (!Traits::DeleteReferences(key)) {
       ReportError(Traits::kReferencesRemain, 0);

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/report_capture.h"
+#include "orvik/transaction.h"
 #include "quorvex/modulegroups.h"
 #include "records/family_io.h"
 #include "records/owned_file_api.h"
@@ -185,11 +186,17 @@ int MPDeleteMG(const char* name, const char* version) {
   return qv::DeleteOwned(qv::ModuleGroupKind(), name, version) ? 1 : 0;
 }
 
-int MPDeleteMGReferences(const char* name, const char* version, uint32_t mask, uint32_t, uint32_t) {
+static int DeleteMGReferencesAlone(const char* name, const char* version, uint32_t mask, uint32_t,
+                                   uint32_t) {
   if (mask != qv::kDeleteReferences) return 1;
   qv::DeleteModuleGroupRows(name, version);
   qv::DeleteInstallModuleGroupsOfGroup(name, version);
   return 1;
+}
+
+int MPDeleteMGReferences(const char* name, const char* version, uint32_t mask, uint32_t a,
+                         uint32_t b) {
+  return qv::Transacted([&] { return DeleteMGReferencesAlone(name, version, mask, a, b); });
 }
 
 int MPGetMGFlagNames(MGFlagNames** tableOut) {

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/report_capture.h"
+#include "orvik/transaction.h"
 #include "quorvex/filegroups.h"
 #include "quorvex/installs.h"
 #include "quorvex/modulecontents.h"
@@ -203,7 +204,8 @@ int MPDeleteMO(const char* name, const char* version) {
   return qv::DeleteOwned(qv::ModuleKind(), name, version) ? 1 : 0;
 }
 
-int MPDeleteMOReferences(const char* name, const char* version, uint32_t mask, uint32_t, uint32_t) {
+static int DeleteMOReferencesAlone(const char* name, const char* version, uint32_t mask, uint32_t,
+                                   uint32_t) {
   if (mask != qv::kDeleteMask) return 1;
   // In a text profile the module's own records live in its file and go with
   // it; the database holds them as rows of their own, deleted here first.
@@ -214,6 +216,11 @@ int MPDeleteMOReferences(const char* name, const char* version, uint32_t mask, u
   qv::DeleteProductModulesOfModule(name, version);
   qv::DeleteRequiredModuleReferences(name, version);
   return 1;
+}
+
+int MPDeleteMOReferences(const char* name, const char* version, uint32_t mask, uint32_t a,
+                         uint32_t b) {
+  return qv::Transacted([&] { return DeleteMOReferencesAlone(name, version, mask, a, b); });
 }
 
 int MPGetMOFlagNames(MOFlagNames** tableOut) {

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "orvik/database.h"
+#include "orvik/transaction.h"
 #include "quorvex/report.h"
 #include "records/family_io.h"
 #include "records/record_codec.h"
@@ -124,6 +125,7 @@ bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out) {
 }
 
 bool InsertOrvikRow(const KindSchema& schema, const void* record) {
+  if (!OrvikWritesAllowed()) return false;
   std::vector<const MemberSpec*> members = RowMembers(schema);
   std::string columns;
   std::string values;
@@ -149,6 +151,7 @@ bool InsertOrvikRow(const KindSchema& schema, const void* record) {
 
 bool DeleteOrvikRows(const KindSchema& schema, const void* record,
                      const std::vector<const char*>& key_members) {
+  if (!OrvikWritesAllowed()) return false;
   std::string sql = "DELETE FROM " + Quoted(schema.kind->code) + " WHERE ";
   std::vector<const MemberSpec*> keys;
   for (const char* name : key_members) {

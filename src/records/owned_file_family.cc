@@ -11,6 +11,7 @@
 #include "core/section_rewrite.h"
 #include "core/state.h"
 #include "core/text_chars.h"
+#include "orvik/transaction.h"
 #include "platform/file.h"
 #include "platform/fs.h"
 #include "profile/global_file_list.h"
@@ -147,13 +148,9 @@ bool CreateOwnedFile(const OwnedFileKind& kind, void* record, const void* parent
       return false;
     }
   } else {
-    File* header = File::OpenInMemory();
-    AddSections(header->handle(), FileKindOf(kind), "", "");
-    header->Seek(0, SEEK_SET);
-    files->source = header->handle();
+    files->source = NewFileHeader(FileKindOf(kind), "", "");
   }
-  AddGlobalFileEntry(At(record, kind.name_offset), VersionOf(kind, record), FileKindOf(kind),
-                     path.c_str(), FS_CHECKED_OUT | kFileNewToVcs);
+  ListAsNew(At(record, kind.name_offset), VersionOf(kind, record), FileKindOf(kind), path.c_str());
   SetText(record, kind.file_name_offset, kind.file_name_size,
           LastPathComponent(files->path).c_str());
   return true;
@@ -282,7 +279,9 @@ bool CopyOwned(const OwnedFileKind& kind, void** record_in_out, const void* sour
   return true;
 }
 
-bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* parent) {
+namespace {
+
+bool PutOwnedAlone(const OwnedFileKind& kind, void** record_in_out, const void* parent) {
   if (!RequireLockedProfile()) return false;
   const KindSchema& schema = *kind.schema;
   void* record = *record_in_out;
@@ -331,7 +330,7 @@ bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* paren
   return true;
 }
 
-bool DeleteOwned(const OwnedFileKind& kind, const char* name, const char* version) {
+bool DeleteOwnedAlone(const OwnedFileKind& kind, const char* name, const char* version) {
   if (!RequireLockedProfile()) return false;
   name = KeyText(name);
   version = kind.version_size != 0 ? KeyText(version) : "";
@@ -378,6 +377,18 @@ bool DeleteOwned(const OwnedFileKind& kind, const char* name, const char* versio
   }
   RemoveGlobalFileEntry(name, version, FileKindOf(kind));
   return VcsRemove(path) == 1;
+}
+
+}  // namespace
+
+// A birth and a delete with its references are one transaction in an
+// Orvik profile.
+bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* parent) {
+  return Transacted([&] { return PutOwnedAlone(kind, record_in_out, parent) ? 1 : 0; }) == 1;
+}
+
+bool DeleteOwned(const OwnedFileKind& kind, const char* name, const char* version) {
+  return Transacted([&] { return DeleteOwnedAlone(kind, name, version) ? 1 : 0; }) == 1;
 }
 
 }  // namespace qv

@@ -2,6 +2,7 @@
 // in "<profile>\products".
 #include <cstring>
 
+#include "orvik/transaction.h"
 #include "quorvex/products.h"
 #include "records/family_io.h"
 #include "records/owned_file_api.h"
@@ -172,11 +173,17 @@ int MPDeletePR(const char* name, const char* version) {
   return qv::DeleteOwned(qv::ProductKind(), name, version) ? 1 : 0;
 }
 
-int MPDeletePRReferences(const char* name, const char* version, uint32_t mask, uint32_t, uint32_t) {
+static int DeletePRReferencesAlone(const char* name, const char* version, uint32_t mask, uint32_t,
+                                   uint32_t) {
   if (mask != qv::kDeleteReferences) return 1;
   qv::DeleteProductRows(name, version);
   qv::DeleteInstallProductsOfProduct(name, version);
   return 1;
+}
+
+int MPDeletePRReferences(const char* name, const char* version, uint32_t mask, uint32_t a,
+                         uint32_t b) {
+  return qv::Transacted([&] { return DeletePRReferencesAlone(name, version, mask, a, b); });
 }
 
 int MPGetPRFlagNames(PRFlagNames** tableOut) {

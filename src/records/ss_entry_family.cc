@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "orvik/transaction.h"
 #include "quorvex/report.h"
 #include "quorvex/settings.h"
 #include "records/family_io.h"
@@ -208,14 +209,17 @@ int EntryFamily::PutCompleteList(const char* module, const char* key2, RecordLis
   });
   if (!fits || !ListFitsLines(schema_, list)) return 0;
   if (IsOrvikProfile()) {
-    bool all = true;
-    GenericList::ForEach(list, [&](void* r) {
-      if (InsertOrvikRow(schema_, r)) return true;
-      Report("Cannot insert %s record into Orvik shipping profile", kind_.code);
-      all = false;
-      return false;
+    // The whole list lands, or none of it.
+    return Transacted([&] {
+      bool all = true;
+      GenericList::ForEach(list, [&](void* r) {
+        if (InsertOrvikRow(schema_, r)) return true;
+        Report("Cannot insert %s record into Orvik shipping profile", kind_.code);
+        all = false;
+        return false;
+      });
+      return all ? 1 : 0;
     });
-    return all ? 1 : 0;
   }
   if (list != nullptr) list->current = nullptr;
   return WriteEntrySection(kind_, schema_, ModuleOf(module, key2), list) ? 1 : 0;

@@ -4,7 +4,9 @@
 #include <sqlite3.h>
 
 #include <cstdio>
+#include <string>
 
+#include "orvik/database.h"
 #include "quorvex/profile.h"
 
 namespace qvtest {
@@ -19,6 +21,9 @@ void MakeDatabase(const std::string& path, const std::string& sql) {
   sqlite3* db = nullptr;
   EXPECT_EQ(sqlite3_open(path.c_str(), &db), SQLITE_OK) << path;
   EXPECT_EQ(sqlite3_exec(db, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sql;
+  // Marked as the engine marks its own databases, which it alone opens.
+  std::string mark = "PRAGMA user_version = " + std::to_string(qv::kOrvikUserVersion);
+  EXPECT_EQ(sqlite3_exec(db, mark.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
   sqlite3_close(db);
 }
 
