@@ -44,6 +44,11 @@ QV_API const char* QvGeneratedNamePrefix(void);
  * its section headers. Existing files are left as they are. */
 QV_API int QvInitMasterProfile(const char* directory);
 
+/* Creates an empty Orvik profile: a database file at path with a table for
+ * every record kind the database holds, in WAL mode. 0 when path exists
+ * (nothing is touched) or the file cannot be made (nothing is left). */
+QV_API int QvInitOrvikProfile(const char* path);
+
 QV_EXTERN_C_END
 
 #endif /* QUORVEX_PROFILE_H_ */

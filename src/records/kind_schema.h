@@ -149,6 +149,10 @@ struct KindSchema {
   // Whether the database deletes the kind's rows; where it does not, every
   // delete on a database profile fails with the kind's delete failure.
   bool orvik_deletes = true;
+  // A text member that holds bytes, NULs among them (a binary settings
+  // value): the database keeps it as a blob of every byte up to the last
+  // that is not NUL, where a text column would end at the first NUL.
+  const char* bytes_member = nullptr;
 };
 
 }  // namespace qv

@@ -38,7 +38,26 @@ const char* At(const void* record, size_t offset) {
   return static_cast<const char*>(record) + offset;
 }
 
-void ReadColumn(sqlite3_stmt* statement, int column, const MemberSpec& m, void* record) {
+bool HoldsBytes(const KindSchema& schema, const MemberSpec& m) {
+  return schema.bytes_member != nullptr && strcmp(schema.bytes_member, m.name) == 0;
+}
+
+size_t ByteCount(const MemberSpec& m, const void* record) {
+  const char* at = At(record, m.offset);
+  size_t count = m.size;
+  while (count > 0 && at[count - 1] == '\0') --count;
+  return count;
+}
+
+void ReadColumn(sqlite3_stmt* statement, int column, const MemberSpec& m, bool bytes,
+                void* record) {
+  if (bytes) {
+    const void* blob = sqlite3_column_blob(statement, column);
+    size_t count = static_cast<size_t>(sqlite3_column_bytes(statement, column));
+    memset(At(record, m.offset), 0, m.size);
+    if (blob != nullptr) memcpy(At(record, m.offset), blob, count < m.size ? count : m.size - 1);
+    return;
+  }
   switch (m.type) {
     case ValueType::kText: {
       const unsigned char* text = sqlite3_column_text(statement, column);
@@ -58,7 +77,13 @@ void ReadColumn(sqlite3_stmt* statement, int column, const MemberSpec& m, void* 
   }
 }
 
-void BindColumn(sqlite3_stmt* statement, int index, const MemberSpec& m, const void* record) {
+void BindColumn(sqlite3_stmt* statement, int index, const MemberSpec& m, bool bytes,
+                const void* record) {
+  if (bytes) {
+    sqlite3_bind_blob(statement, index, At(record, m.offset),
+                      static_cast<int>(ByteCount(m, record)), SQLITE_TRANSIENT);
+    return;
+  }
   switch (m.type) {
     case ValueType::kText:
       sqlite3_bind_text(statement, index, At(record, m.offset), -1, SQLITE_TRANSIENT);
@@ -109,7 +134,8 @@ bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out) {
   while ((step = sqlite3_step(statement)) == SQLITE_ROW) {
     void* record = NewRecord(schema);
     for (size_t i = 0; i < members.size(); ++i) {
-      ReadColumn(statement, static_cast<int>(i), *members[i], record);
+      ReadColumn(statement, static_cast<int>(i), *members[i], HoldsBytes(schema, *members[i]),
+                 record);
     }
     GenericList::Append(*list_out, record);
   }
@@ -142,7 +168,8 @@ bool InsertOrvikRow(const KindSchema& schema, const void* record) {
     return false;
   }
   for (size_t i = 0; i < members.size(); ++i) {
-    BindColumn(statement, static_cast<int>(i + 1), *members[i], record);
+    BindColumn(statement, static_cast<int>(i + 1), *members[i], HoldsBytes(schema, *members[i]),
+               record);
   }
   bool done = sqlite3_step(statement) == SQLITE_DONE;
   sqlite3_finalize(statement);
@@ -167,7 +194,7 @@ bool DeleteOrvikRows(const KindSchema& schema, const void* record,
     return false;
   }
   for (size_t i = 0; i < keys.size(); ++i) {
-    BindColumn(statement, static_cast<int>(i + 1), *keys[i], record);
+    BindColumn(statement, static_cast<int>(i + 1), *keys[i], HoldsBytes(schema, *keys[i]), record);
   }
   bool done = sqlite3_step(statement) == SQLITE_DONE && sqlite3_changes(db) > 0;
   sqlite3_finalize(statement);
@@ -179,7 +206,9 @@ std::string OrvikTableDefinition(const KindSchema& schema) {
   std::vector<const MemberSpec*> members = RowMembers(schema);
   for (size_t i = 0; i < members.size(); ++i) {
     sql += (i ? ", " : "") + Quoted(members[i]->name) +
-           (members[i]->type == ValueType::kText ? " TEXT" : " INTEGER");
+           (HoldsBytes(schema, *members[i])        ? " BLOB"
+            : members[i]->type == ValueType::kText ? " TEXT"
+                                                   : " INTEGER");
   }
   return sql + ")";
 }

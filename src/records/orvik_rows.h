@@ -23,6 +23,17 @@ bool DeleteOrvikRows(const KindSchema& schema, const void* record,
 // The statement that makes the kind's table (for tools that make profiles).
 std::string OrvikTableDefinition(const KindSchema& schema);
 
+// What a conversion from a Master Profile keeps beside the kinds' tables,
+// so that converting back loses nothing: records of kinds the database has
+// no table for, inactive records, and the text-store members of the rows
+// it holds (as JSON; `row` names the row a record belongs to, empty for
+// records held here alone; `position` is the record's place in its list).
+// The engine itself never reads it.
+constexpr char kOrvikAsideTable[] = "quorvex_aside";
+constexpr char kOrvikAsideDefinition[] =
+    "CREATE TABLE quorvex_aside (kind TEXT NOT NULL, owner TEXT NOT NULL, "
+    "position INTEGER NOT NULL, row TEXT NOT NULL, record TEXT NOT NULL)";
+
 }  // namespace qv
 
 #endif  // QUORVEX_RECORDS_ORVIK_ROWS_H_

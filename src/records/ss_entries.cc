@@ -67,6 +67,7 @@ KindSchema SettingsSchema(const EntryKind& kind) {
       QV_MEMBER(SSRRecord, row.EntryFlags, "EntryFlags", true),
   };
   // Data holds text or bytes: EntryFamily checks it by its type.
+  s.bytes_member = "Data";
   s.custom_line_members = {"Name",   "Type",       "CFKey1",    "CFKey2",
                            "CFKey3", "DataLength", "EntryFlags"};
   if (kind.shape == EntryShape::kIni) {

@@ -1,4 +1,5 @@
-// quorvex init DIR: a new, empty Master Profile that opens.
+// quorvex init DIR: a new, empty Master Profile that opens; with --orvik,
+// init FILE makes an empty Orvik profile instead.
 #include <dirent.h>
 #include <sys/stat.h>
 
@@ -16,7 +17,10 @@ constexpr char kFooter[] =
     "DIR may be missing or an empty folder. A folder that already holds a\n"
     "Master Profile is never touched (exit 1); a folder that holds other\n"
     "files is refused unless --force is given (the profile's files are then\n"
-    "written among them).";
+    "written among them).\n"
+    "With --orvik, FILE is a new Orvik profile: an SQLite database with a\n"
+    "table for every record kind the database holds. An existing file is\n"
+    "never touched (exit 1).";
 
 bool IsFile(const std::string& path) {
   struct stat st;
@@ -45,13 +49,17 @@ bool HoldsAnything(const std::string& folder) {
 class InitCommand : public Command {
  public:
   CLI::App* Register(CLI::App& app) override {
-    CLI::App* sub = app.add_subcommand("init", "make a new, empty Master Profile");
-    sub->add_option("DIR", directory_, "folder of the new profile")->required();
+    CLI::App* sub =
+        app.add_subcommand("init", "make a new, empty Master Profile (or Orvik profile)");
+    sub->add_option("DIR", directory_, "folder of the new profile (--orvik: its database file)")
+        ->required();
+    sub->add_flag("--orvik", orvik_, "make an Orvik profile: a database file");
     sub->footer(kFooter);
     return sub;
   }
 
   int Run(const GlobalOptions& options) override {
+    if (orvik_ || options.orvik) return MakeOrvikProfile();
     struct stat st;
     if (stat(directory_.c_str(), &st) == 0) {
       if (!S_ISDIR(st.st_mode)) {
@@ -79,7 +87,22 @@ class InitCommand : public Command {
   }
 
  private:
+  int MakeOrvikProfile() {
+    struct stat st;
+    if (stat(directory_.c_str(), &st) == 0) {
+      PrintError(directory_ + " already exists: nothing was changed");
+      return kExitFailed;
+    }
+    if (!QvInitOrvikProfile(directory_.c_str())) {
+      PrintError("cannot create an Orvik profile at " + directory_);
+      return kExitFailed;
+    }
+    std::cout << "Created an empty Orvik profile in " << directory_ << "\n";
+    return kExitOk;
+  }
+
   std::string directory_;
+  bool orvik_ = false;
 };
 
 }  // namespace

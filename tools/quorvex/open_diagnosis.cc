@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <fstream>
 
+#include "orvik/database.h"
 #include "platform/fs.h"
 
 namespace qvtool {
@@ -75,7 +77,23 @@ std::string Reason(int error) {
   return error == ENOENT ? "no such folder" : std::string(strerror(error));
 }
 
-std::vector<std::string> WhyOrvik(const std::string& path) {
+// The mark every database made by `quorvex init --orvik` or `convert`
+// carries; -1 when the file does not answer.
+int64_t UserVersion(const std::string& path) {
+  sqlite3* db = nullptr;
+  int64_t version = -1;
+  sqlite3_stmt* statement = nullptr;
+  if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK &&
+      sqlite3_prepare_v2(db, "PRAGMA user_version", -1, &statement, nullptr) == SQLITE_OK &&
+      sqlite3_step(statement) == SQLITE_ROW) {
+    version = sqlite3_column_int64(statement, 0);
+  }
+  sqlite3_finalize(statement);
+  sqlite3_close(db);
+  return version;
+}
+
+std::vector<std::string> WhyOrvik(const std::string& path, bool locking) {
   std::string head = "cannot open " + path + ": ";
   struct stat st;
   if (stat(path.c_str(), &st) != 0) {
@@ -90,6 +108,20 @@ std::vector<std::string> WhyOrvik(const std::string& path) {
     return {head + "cannot read the file (" + strerror(errno) + ")"};
   if (!StartsWithSqliteHeader(path))
     return {head + "not an Orvik profile (not an SQLite database)"};
+  if (UserVersion(path) != qv::kOrvikUserVersion) {
+    return {head + "an SQLite database, but not an Orvik profile",
+            "`quorvex init --orvik FILE` makes an empty one; `quorvex convert DIR FILE` makes "
+            "one from a Master Profile"};
+  }
+  if (locking) {
+    std::string lock_path = path + ".LOK";
+    std::string holder = LockHolder(lock_path);
+    if (!holder.empty()) {
+      return {head + "locked by " +
+                  (holder == "another process" ? holder : "another process (" + holder + ")"),
+              "the lock is " + lock_path + "; it goes when that process closes the profile"};
+    }
+  }
   if (access(path.c_str(), W_OK) != 0) {
     return {head + "cannot write the database file (" + std::string(strerror(errno)) + ")",
             "an Orvik profile is opened for reading and writing"};
@@ -137,7 +169,7 @@ std::string LockHolder(const std::string& lock_path) {
 }
 
 std::vector<std::string> WhyOpenFailed(const std::string& path, bool orvik, bool locking) {
-  if (orvik) return WhyOrvik(path);
+  if (orvik) return WhyOrvik(path, locking);
   std::string head = "cannot open " + path + ": ";
   std::string folder = qv::ResolvePath(path);
   struct stat st;

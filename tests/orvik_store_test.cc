@@ -1,0 +1,197 @@
+// The Orvik store itself: a new database from QvInitOrvikProfile, what
+// opening refuses, WAL mode, the lock beside the file, and every write that
+// changes several rows landing whole or not at all.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "orvik/database.h"
+#include "quorvex/quorvex.h"
+#include "records/kind_api.h"
+#include "support/profiles.h"
+#include "support/scripted_host.h"
+
+namespace {
+
+class OrvikStoreTest : public ::testing::Test {
+ protected:
+  OrvikStoreTest() : db_(host_.scratch().Join("shipping.orv")) {}
+
+  int Open(uint32_t extra = OPEN_LOCK) {
+    return qvtest::OpenProfileAt(db_, OPEN_ORVIK | OPEN_NO_VCS | extra);
+  }
+  // One number from the database file, read beside the engine.
+  int64_t Number(const std::string& sql) {
+    sqlite3* db = nullptr;
+    EXPECT_EQ(sqlite3_open_v2(db_.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+    sqlite3_stmt* statement = nullptr;
+    int64_t value = -1;
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) == SQLITE_OK &&
+        sqlite3_step(statement) == SQLITE_ROW) {
+      value = sqlite3_column_int64(statement, 0);
+    }
+    sqlite3_finalize(statement);
+    sqlite3_close(db);
+    return value;
+  }
+  static DVPRList* Products(std::initializer_list<const char*> codes) {
+    DVPRList* list = nullptr;
+    EXPECT_EQ(MPNewDVPRList(&list), 1);
+    for (const char* code : codes) {
+      DVPRRecord* record = nullptr;
+      EXPECT_EQ(MPNewDVPR(&record), 1);
+      snprintf(record->row.ProductCode, sizeof record->row.ProductCode, "%s", code);
+      snprintf(record->row.ProductName, sizeof record->row.ProductName, "Product %s", code);
+      EXPECT_EQ(MPAppendDVPR(list, record), 1);
+    }
+    return list;
+  }
+
+  qvtest::ScriptedHost host_;
+  std::string db_;
+};
+
+TEST_F(OrvikStoreTest, ANewProfileHasATableForEveryKindTheDatabaseHoldsAndOpens) {
+  ASSERT_EQ(QvInitOrvikProfile(db_.c_str()), 1);
+  EXPECT_EQ(Number("PRAGMA user_version"), qv::kOrvikUserVersion);
+  for (const qv::KindApi* api : qv::AllKindApis()) {
+    std::string sql = std::string(
+                          "SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND "
+                          "name = '") +
+                      api->schema->kind->code + "'";
+    EXPECT_EQ(Number(sql), api->schema->kind->orvik_read ? 1 : 0) << api->schema->kind->code;
+  }
+  ASSERT_EQ(Open(), 1) << host_.errors().size();
+  DVPRList* list = nullptr;
+  ASSERT_EQ(MPGetDVPRCompleteList(&list, MODE_READ), 1);
+  EXPECT_EQ(list->count, 0u);
+  MPFreeDVPRList(list);
+  EXPECT_EQ(CloseMasterProfile(), 1);
+}
+
+TEST_F(OrvikStoreTest, ANewProfileIsNeverMadeOverAnExistingFile) {
+  host_.scratch().Write("shipping.orv", "someone's data");
+  EXPECT_EQ(QvInitOrvikProfile(db_.c_str()), 0);
+  EXPECT_EQ(host_.scratch().Read("shipping.orv"), "someone's data");
+}
+
+TEST_F(OrvikStoreTest, OpeningRefusesADatabaseThatIsNotOurs) {
+  sqlite3* db = nullptr;
+  ASSERT_EQ(sqlite3_open(db_.c_str(), &db), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(db, "CREATE TABLE LO (Name TEXT)", nullptr, nullptr, nullptr), SQLITE_OK);
+  sqlite3_close(db);
+  EXPECT_EQ(Open(OPEN_SILENT), 0);
+  EXPECT_STREQ(QvOpenProfilePath(), "");
+}
+
+TEST_F(OrvikStoreTest, OpeningRefusesAFileThatIsNoDatabase) {
+  host_.scratch().Write("shipping.orv", "not a database at all\n");
+  EXPECT_EQ(Open(OPEN_SILENT), 0);
+  EXPECT_EQ(host_.scratch().Read("shipping.orv"), "not a database at all\n");
+}
+
+TEST_F(OrvikStoreTest, TheDatabaseRunsInWalMode) {
+  ASSERT_EQ(QvInitOrvikProfile(db_.c_str()), 1);
+  ASSERT_EQ(Open(), 1);
+  sqlite3_stmt* statement = nullptr;
+  ASSERT_EQ(
+      sqlite3_prepare_v2(qv::OrvikConnection(), "PRAGMA journal_mode", -1, &statement, nullptr),
+      SQLITE_OK);
+  ASSERT_EQ(sqlite3_step(statement), SQLITE_ROW);
+  EXPECT_STREQ(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)), "wal");
+  sqlite3_finalize(statement);
+  CloseMasterProfile();
+}
+
+TEST_F(OrvikStoreTest, ASecondProcessCannotLockTheProfileWhileOneHoldsIt) {
+  ASSERT_EQ(QvInitOrvikProfile(db_.c_str()), 1);
+  int ready[2];
+  int done[2];
+  ASSERT_EQ(pipe(ready), 0);
+  ASSERT_EQ(pipe(done), 0);
+  pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    char ok = Open() == 1 ? 'y' : 'n';
+    (void)!write(ready[1], &ok, 1);
+    char wait_for;
+    (void)!read(done[0], &wait_for, 1);
+    _exit(0);
+  }
+  char ok = 0;
+  ASSERT_EQ(read(ready[0], &ok, 1), 1);
+  ASSERT_EQ(ok, 'y');
+  EXPECT_EQ(Open(), 0);
+  ASSERT_FALSE(host_.errors().empty());
+  EXPECT_EQ(host_.errors().back(), "Cannot open Lockfile " + db_ + ".LOK.");
+  // Reading without the lock goes on beside the holder.
+  EXPECT_EQ(Open(0), 1);
+  CloseMasterProfile();
+  (void)!write(done[1], "x", 1);
+  int status = 0;
+  waitpid(child, &status, 0);
+  // The holder is gone: its lock went with it.
+  EXPECT_EQ(Open(), 1);
+  CloseMasterProfile();
+}
+
+TEST_F(OrvikStoreTest, ACompleteListPutThatFailsPartWayLeavesNoneOfItsRows) {
+  ASSERT_EQ(QvInitOrvikProfile(db_.c_str()), 1);
+  qvtest::MakeDatabase(db_, "CREATE UNIQUE INDEX one_code ON DVPR (ProductCode)");
+  ASSERT_EQ(Open(), 1);
+  DVPRList* list = Products({"A", "B", "A"});
+  EXPECT_EQ(MPPutDVPRCompleteList(list), 0);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM DVPR"), 0);
+  MPFreeDVPRList(list);
+  list = Products({"A", "B", "C"});
+  EXPECT_EQ(MPPutDVPRCompleteList(list), 1);
+  EXPECT_EQ(Number("SELECT COUNT(*) FROM DVPR"), 3);
+  MPFreeDVPRList(list);
+  CloseMasterProfile();
+}
+
+TEST_F(OrvikStoreTest, ACompleteListPutKilledAtRandomLeavesAllOrNoneOfItsRows) {
+  ASSERT_EQ(QvInitOrvikProfile(db_.c_str()), 1);
+  constexpr int kRows = 400;
+  constexpr int kRounds = 100;
+  srand(20261123);
+  int killed_during = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      if (Open() != 1) _exit(3);
+      for (;;) {
+        DVPRList* list = nullptr;
+        MPNewDVPRList(&list);
+        for (int i = 0; i < kRows; ++i) {
+          DVPRRecord* record = nullptr;
+          MPNewDVPR(&record);
+          snprintf(record->row.ProductCode, sizeof record->row.ProductCode, "P%d", i);
+          MPAppendDVPR(list, record);
+        }
+        if (MPPutDVPRCompleteList(list) != 1) _exit(4);
+        MPFreeDVPRList(list);
+      }
+    }
+    usleep(static_cast<useconds_t>(2000 + rand() % 30000));
+    kill(child, SIGKILL);
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status))
+        << "round " << round << ": the writer stopped by itself (" << WEXITSTATUS(status) << ")";
+    int64_t rows = Number("SELECT COUNT(*) FROM DVPR");
+    ASSERT_EQ(rows % kRows, 0) << "round " << round << ": " << rows << " rows";
+    // The next locked open succeeds after every kill.
+    ASSERT_EQ(Open(), 1) << "round " << round;
+    CloseMasterProfile();
+    ++killed_during;
+  }
+  EXPECT_EQ(killed_during, kRounds);
+}
+
+}  // namespace
