@@ -28,6 +28,11 @@ struct KindApi {
   // Puts a record born from a parent record of the kind (a copy of the
   // parent's file with texts of its own); unset for kinds without births.
   std::function<bool(void* record, const void* parent)> put_child;
+  // For tools that rebuild a profile: makes the file that a record of a
+  // file-owning kind names (as the kind's header template) when the profile
+  // has no file of that name, so that the put keeps the name. Unset for
+  // other kinds.
+  std::function<bool(const void* record)> make_named_file;
   std::function<bool(const Texts& key)> remove;
   std::function<bool(QvFlagNames** table)> flag_names;
   // After a put, the stored record that the put wrote (found by the

@@ -45,6 +45,7 @@ KindApi MakeOwnedFileApi(const OwnedFileKind& kind) {
   };
   api.put = [k](void* record) { return PutCopy(*k, record, nullptr); };
   api.put_child = [k](void* record, const void* parent) { return PutCopy(*k, record, parent); };
+  api.make_named_file = [k](const void* record) { return MakeNamedOwnedFile(*k, record); };
   api.remove = [k](const Texts& key) {
     return DeleteOwned(*k, key.at(0).c_str(), VersionKey(*k, key));
   };

@@ -381,6 +381,25 @@ bool DeleteOwnedAlone(const OwnedFileKind& kind, const char* name, const char* v
 
 }  // namespace
 
+bool MakeNamedOwnedFile(const OwnedFileKind& kind, const void* record) {
+  const char* name = At(record, kind.file_name_offset);
+  if (name[0] == '\0') return true;
+  if (!CheckPlainFileName(name)) return false;
+  std::string path = ResolvePath(FolderPath(kind) + name);
+  if (FileExists(path)) return true;
+  File* header = File::FromHandle(NewFileHeader(FileKindOf(kind), "", ""));
+  if (header == nullptr) return false;
+  std::string content;
+  char buffer[4096];
+  for (long n; (n = header->Read(buffer, sizeof buffer)) > 0;) content.append(buffer, n);
+  delete header;
+  File* file = File::Open(path, OpenMode::kCreateNew);
+  if (file == nullptr) return false;
+  bool written = file->Write(content.data(), content.size()) == content.size();
+  delete file;
+  return written;
+}
+
 // A birth and a delete with its references are one transaction in an
 // Orvik profile.
 bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* parent) {

@@ -62,6 +62,9 @@ bool GetOwned(const OwnedFileKind& kind, const char* name, const char* version, 
 bool CopyOwned(const OwnedFileKind& kind, void** record_in_out, const void* source, int mode,
                RecordList* list);
 bool PutOwned(const OwnedFileKind& kind, void** record_in_out, const void* parent);
+// Makes the file the record names, as the kind's header template, when the
+// profile has no file of that name: a rebuilt profile keeps its file names.
+bool MakeNamedOwnedFile(const OwnedFileKind& kind, const void* record);
 bool DeleteOwned(const OwnedFileKind& kind, const char* name, const char* version);
 
 }  // namespace qv
