@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/state.h"
+#include "platform/write_faults.h"
 #include "quorvex/quorvex.h"
 #include "records/language_file.h"
 #include "support/fake_ss.h"
@@ -226,17 +227,55 @@ TEST_F(ResourceFilesTest, AMissingFileIsCreatedWhenTheAnswerIsYes) {
   ASSERT_EQ(MPPutResource(text.get()), 1);
   EXPECT_EQ(Errors(), std::vector<std::string>{EnginePath("DE") + " cannot be found or opened!"});
   EXPECT_EQ(Questions(), std::vector<std::string>{kCreateResourceFile});
-  EXPECT_EQ(ReadFileBytes(CreatedFileOf("DE")), kHeader);
-  // Entered as "RE" and new; the catalogue's own lookup lists it as "RES".
+  // Entered as "RE" and new, but not yet on disk: the close puts the whole
+  // file there in one step, so that a crash before it leaves no file that
+  // holds its header alone.
   std::vector<Listed> listed = ListedFor("DE");
-  ASSERT_FALSE(listed.empty());
+  ASSERT_EQ(listed.size(), 1u);
   EXPECT_EQ(listed[0].kind, "RE");
   EXPECT_EQ(listed[0].status, FS_CHECKED_OUT | qv::kFileNewToVcs);
-  EXPECT_EQ(listed.back().kind, "RES");
+  EXPECT_FALSE(qvtest::PathExists(CreatedFileOf("DE")));
   ASSERT_EQ(CloseMasterProfile(), 1);
   EXPECT_EQ(ReadFileBytes(CreatedFileOf("DE")),
             std::string(kHeader) + "\"IDS_A\",\"Hallo\",1,\r\n");
   EXPECT_EQ(Questions().size(), 1u);
+}
+
+TEST_F(ResourceFilesTest, ANewFileNotYetWrittenIsThereAsItsHeaderWithoutAskingAgain) {
+  OpenLocked();
+  host_.AnswerBoxes({true, true});
+  RecordPtr first = NewText("DE", "IDS_A", "Hallo", 1);
+  ASSERT_EQ(MPPutResource(first.get()), 1);
+  // A complete-list put of the same language writes the file at once; the
+  // file it starts from is the new file's header.
+  ResourceList* list = nullptr;
+  MPNewResourceList(&list);
+  ListPtr holder(list);
+  MPAppendResource(list, NewText("DE", "IDS_B", "Welt", 2).release());
+  ASSERT_EQ(MPPutResourceCompleteList(list), 1);
+  EXPECT_EQ(Questions().size(), 1u);
+  EXPECT_EQ(Errors().size(), 1u);
+  EXPECT_EQ(ReadFileBytes(CreatedFileOf("DE")),
+            std::string(kHeader) + "\"IDS_A\",\"Hallo\",1,\r\n\"IDS_B\",\"Welt\",2,\r\n");
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_EQ(Questions().size(), 1u);
+}
+
+TEST_F(ResourceFilesTest, ANewFileWhoseFirstWriteFailsIsNotMadeAndNoLongerListed) {
+  OpenLocked();
+  host_.AnswerBoxes({true, true});
+  ResourceList* list = nullptr;
+  MPNewResourceList(&list);
+  ListPtr holder(list);
+  MPAppendResource(list, NewText("DE", "IDS_A", "Hallo", 1).release());
+  qv::SetWriteBudget(0);  // the disk is full
+  EXPECT_EQ(MPPutResourceCompleteList(list), 0);
+  qv::SetWriteBudget(-1);
+  EXPECT_FALSE(qvtest::PathExists(CreatedFileOf("DE")));
+  EXPECT_TRUE(ListedFor("DE").empty());
+  for (const auto& entry : std::filesystem::directory_iterator(profile_ + "/RES_US")) {
+    EXPECT_NE(entry.path().filename().string()[0], '.') << entry.path();
+  }
 }
 
 TEST_F(ResourceFilesTest, AnsweringNoChangesNothing) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/write_faults.h"
 #include "quorvex/quorvex.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
@@ -363,6 +364,23 @@ TEST_F(StringFamilyTest, AMissingFileIsCreatedWhenTheAnswerIsYes) {
   StringRecord* found = nullptr;
   ASSERT_EQ(MPGetString("DE", "Title", &found), 1);
   MPFreeString(found);
+}
+
+TEST_F(StringFamilyTest, ANewFileWhoseFirstWriteFailsIsNotMadeAndIsOfferedAgain) {
+  OpenLocked();
+  host_.AnswerBoxes({true, true});
+  StringPtr message = NewMessage("DE", "Title", "Pelham-Setup");
+  qv::SetWriteBudget(0);  // the disk is full
+  EXPECT_EQ(MPPutString(message.get()), 0);
+  qv::SetWriteBudget(-1);
+  // The header was never written on its own: there is no file at all.
+  EXPECT_FALSE(qvtest::PathExists(profile_ + "/LANGUAGE/SETUPDE.MSG"));
+  EXPECT_FALSE(Listed("DE"));
+  host_.AnswerBoxes({true, true});
+  ASSERT_EQ(MPPutString(message.get()), 1);
+  EXPECT_EQ(Questions(), (std::vector<std::string>{kCreateThisFile, kCreateThisFile}));
+  EXPECT_EQ(ReadFileBytes(profile_ + "/LANGUAGE/SETUPDE.MSG"),
+            "\n[SourceSafe]\n$Header$\n\n[Strings]\nTitle=Pelham-Setup\r\n");
 }
 
 TEST_F(StringFamilyTest, ANewFileGetsTheRemoveStringsSectionWhenItIsWritten) {

@@ -1,17 +1,17 @@
 #include "records/language_file.h"
 
 #include <cstdio>
+#include <string>
 
 #include "core/file_name_check.h"
 #include "core/host.h"
+#include "core/munged_file.h"
 #include "core/section_rewrite.h"
 #include "core/state.h"
-#include "profile/global_file_list.h"
 #include "quorvex/catalogue.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 #include "quorvex/vcs.h"
-#include "quorvex/writer.h"
 #include "records/family_io.h"
 #include "records/new_files.h"
 #include "records/record_codec.h"
@@ -27,17 +27,21 @@ void ReportWithPath(const char* format, const char* path) {
   ReportError(text, 0);
 }
 
-// Makes the language's file with its header and enters it in the global
-// list of files as new: it needs no check-out, and the first write adds it
-// to version control.
-bool CreateLanguageFile(const LanguageFileKind& kind, const char* language) {
-  char path[QV_PATH_SIZE] = "";
-  QvFile file = CreateMungedFile(language, "", kind.create_kind, path);
-  if (!QvFileIsOpen(file)) return false;
-  AddGlobalFileEntry(language, "", kind.listed_kind, path, FS_CHECKED_OUT | kFileNewToVcs);
-  AddSections(file, kind.header_kind, "", "");
-  QvCloseFile(file);
+// Names the language's new file and lists it as new: it needs no check-out,
+// and its first write adds it to version control. Nothing is made on disk
+// here; the first write puts the whole file there.
+bool NameLanguageFile(const LanguageFileKind& kind, const char* language, char* path) {
+  std::string free_path = FreeMungedPath(language, "", kind.create_kind);
+  if (free_path.empty()) return false;
+  snprintf(path, QV_PATH_SIZE, "%s", free_path.c_str());
+  ListAsNew(language, "", kind.listed_kind, path);
   return true;
+}
+
+// A new file reads as its header until its first write.
+QvFile NewLanguageFile(const LanguageFileKind& kind, const char* path) {
+  SetParseFile(path);
+  return NewFileHeader(kind.header_kind, "", "");
 }
 
 }  // namespace
@@ -87,6 +91,14 @@ QvFile OpenLanguageFileForChange(const LanguageFileKind& kind, const char* langu
     QvFile file =
         OpenProfileFile(State().profile_path, language, "", kind.catalogue_kind, path, MODE_UPDATE);
     if (QvFileIsOpen(file)) return file;
+    if (file == QV_NO_FILE) {
+      // Made earlier in this open and not written yet (the texts a put
+      // changes wait for the close): it is there, as its header.
+      if (const char* unwritten = UnwrittenNewFile(language, "", kind.listed_kind)) {
+        snprintf(path, QV_PATH_SIZE, "%s", unwritten);
+        return NewLanguageFile(kind, path);
+      }
+    }
     if (!offer_creation) return QV_NO_FILE;
     ReportWithPath("%s cannot be found or opened!", path);
     // A file that exists but cannot be opened is not made anew.
@@ -94,28 +106,29 @@ QvFile OpenLanguageFileForChange(const LanguageFileKind& kind, const char* langu
     if (!HostMessageBox(kind.create_question, kQuestionCaption, QV_BOX_QUESTION)) {
       return QV_NO_FILE;
     }
-    // A file that could not be made is looked up and offered again: the
+    // A file that could not be named is looked up and offered again: the
     // person may mend the folder in between, or answer No.
-    if (!CreateLanguageFile(kind, language)) continue;
-    // The new file needs no check-out: look it up for reading and mark it.
-    file =
-        OpenProfileFile(State().profile_path, language, "", kind.catalogue_kind, path, MODE_READ);
-    if (QvFileIsOpen(file)) {
-      MarkNewToVcs(path);
-      return file;
-    }
+    if (!NameLanguageFile(kind, language, path)) continue;
+    return NewLanguageFile(kind, path);
   }
 }
 
 bool WriteLanguageSection(const LanguageFileKind& kind, QvFile file, const char* path,
                           RecordList* list) {
   SectionRewrite rewrite;
-  if (!rewrite.Begin(file, path, kind.schema->kind->section)) return false;
-  GenericList::ForEach(list, [&](void* record) {
-    // A short write leaves a broken line; the rest is still written.
-    WriteRecordLine(*kind.schema, record, rewrite.output());
-  });
-  if (!rewrite.Finish()) return false;
+  bool written = rewrite.Begin(file, path, kind.schema->kind->section);
+  if (written) {
+    GenericList::ForEach(list, [&](void* record) {
+      // A short write leaves a broken line; the rest is still written.
+      WriteRecordLine(*kind.schema, record, rewrite.output());
+    });
+    written = rewrite.Finish();
+  }
+  if (!written) {
+    // A new file that never reached the disk was not made after all.
+    ForgetUnwrittenNewFile(path);
+    return false;
+  }
   AddIfNewToVcs(path);
   return true;
 }

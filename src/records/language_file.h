@@ -30,10 +30,13 @@ bool ReadLanguageList(const LanguageFileKind& kind, const char* language, uint32
 
 // Opens the language's file for change (checked out first). When there is
 // none: with offer_creation, reports "%s cannot be found or opened!" and,
-// if the profile allows questions, offers to create it (header written,
-// entered in the global list of files as new); QV_NO_FILE when it stays
-// missing. Without offer_creation a missing file gives QV_NO_FILE silently.
-// path receives the file's path (QV_PATH_SIZE).
+// if the profile allows questions, offers to create it; QV_NO_FILE when it
+// stays missing. Without offer_creation a missing file gives QV_NO_FILE
+// silently. A created file is named and entered in the global list of
+// files as new, but not made: the handle is its header in memory, and
+// WriteLanguageSection puts the whole file in place, so that no crash
+// leaves a file with the header alone. Until then the language's file
+// opens as that header again. path receives the file's path (QV_PATH_SIZE).
 QvFile OpenLanguageFileForChange(const LanguageFileKind& kind, const char* language,
                                  bool offer_creation, char* path);
 
