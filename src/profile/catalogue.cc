@@ -171,16 +171,25 @@ QvFile Finish(QvFile file, const std::string& path, uint32_t mode) {
 
 }  // namespace
 
-std::vector<ProfileFileFound> ListProfileFiles(const char* directory) {
-  std::vector<ProfileFileFound> files;
+std::vector<std::string> ProfileFilePatterns(const char* directory) {
+  std::vector<std::string> patterns;
   for (const FileKind& kind : kFileKinds) {
     char pattern[QV_LINE_SIZE];
     // Files named by their owner (one per language) are all wanted here.
     snprintf(pattern, sizeof pattern, kind.pattern, directory, "*");
-    std::string folder = pattern;
+    patterns.push_back(pattern);
+  }
+  return patterns;
+}
+
+std::vector<ProfileFileFound> ListProfileFiles(const char* directory) {
+  std::vector<ProfileFileFound> files;
+  std::vector<std::string> patterns = ProfileFilePatterns(directory);
+  for (size_t i = 0; i < patterns.size(); ++i) {
+    std::string folder = patterns[i];
     folder.resize(folder.find_last_of("\\/") + 1);
-    for (const DirEntry& found : FindFiles(pattern)) {
-      if (!found.is_directory) files.push_back({kind.code, folder + found.name});
+    for (const DirEntry& found : FindFiles(patterns[i])) {
+      if (!found.is_directory) files.push_back({kFileKinds[i].code, folder + found.name});
     }
   }
   return files;

@@ -21,6 +21,7 @@
 #include "platform/registry.h"
 #include "profile/global_file_list.h"
 #include "profile/last_profile.h"
+#include "profile/leftover_files.h"
 #include "quorvex/profile.h"
 #include "quorvex/report.h"
 #include "records/locations.h"
@@ -118,6 +119,7 @@ bool TryMasterProfile(OpenAttempt* attempt) {
   s.global_file_list = NewGlobalFileList();
   s.location_list = locations;
   s.lock_file = lock;
+  if (lock != nullptr) RemoveLeftoverFiles(s.profile_path);
   return true;
 }
 

@@ -13,6 +13,11 @@ struct ProfileFileFound {
   std::string path;
 };
 
+// The search pattern of each catalogue kind's files below directory, in the
+// catalogue's order; a kind with a file per language has "*" for the
+// language.
+std::vector<std::string> ProfileFilePatterns(const char* directory);
+
 // The files of every catalogue kind below directory, kind by kind in the
 // catalogue's order, each kind's files in directory order.
 std::vector<ProfileFileFound> ListProfileFiles(const char* directory);
