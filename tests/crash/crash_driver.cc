@@ -4,13 +4,15 @@
 //   crash_driver [--rounds N] [--seed S] [--ads N] [--tool PATH]
 //
 // Each round takes one write path (puts, a complete-list put, deletes with
-// their cascades, a rename, a birth from a parent, a locked close), runs it
+// their cascades, a rename, a birth from a parent, a locked close, the
+// first text and the first setup message of a new language), runs it
 // to the end on one copy of a generated profile to learn the files it
 // makes, then runs it on a second copy in a child process and kills the
 // child at a random moment. Afterwards every profile file must be byte for
 // byte its old or its new version (a path that changes one file: all old or
 // all new; a cascade may stop between files), and `quorvex --lock check`
-// must open the profile locked and find nothing to say.
+// must open the profile locked and find nothing to say; that locked open
+// must also have removed every hidden file a killed write left.
 //
 // The same program is the child: crash_driver child PATH OPERATION ROUND.
 
@@ -44,9 +46,13 @@ using Files = std::map<std::string, std::string>;
 
 // ---------------------------------------------------------------- the child
 
+// The write paths that make a language's file answer the question whether
+// to make it; every other question is answered No.
+bool yes_to_questions = false;
+
 int PrintingBox(void*, const char* text, const char*, int kind) {
   fprintf(stderr, "%s\n", text);
-  return kind == QV_BOX_QUESTION ? 0 : 1;
+  return kind == QV_BOX_QUESTION ? (yes_to_questions ? 1 : 0) : 1;
 }
 
 void Copy(char* to, size_t size, const std::string& text) {
@@ -101,6 +107,33 @@ int PutTextAndClose(int round) {
   return CloseMasterProfile() == 1 ? result : 0;
 }
 
+// A language the example profile has no files for.
+constexpr char kNewLanguage[] = "FR";
+
+// The first text of a language makes its resource file, which the locked
+// close writes.
+int PutTextOfNewLanguage(int round) {
+  yes_to_questions = true;
+  ResourceRecord* text = nullptr;
+  MPNewResource(&text);
+  Copy(text->LanguageCode, sizeof text->LanguageCode, kNewLanguage);
+  Copy(text->ResourceName, sizeof text->ResourceName, "IDS_ROUND");
+  Copy(text->Text, sizeof text->Text, "Texte du tour " + std::to_string(round));
+  int result = MPPutResource(text);
+  MPFreeResource(text);
+  return CloseMasterProfile() == 1 ? result : 0;
+}
+
+// The first setup message of a language makes its message file.
+int PutMessageOfNewLanguage(int round) {
+  yes_to_questions = true;
+  StringRecord message = {};
+  Copy(message.LanguageCode, sizeof message.LanguageCode, kNewLanguage);
+  Copy(message.MessageKey, sizeof message.MessageKey, "Welcome");
+  Copy(message.MessageText, sizeof message.MessageText, "Bienvenue, tour " + std::to_string(round));
+  return MPPutString(&message);
+}
+
 struct Operation {
   const char* name;
   std::function<int(int)> run;
@@ -118,6 +151,8 @@ const std::vector<Operation>& Operations() {
        true},
       {"birth of MO from a parent", Birth, false},
       {"put Resource, locked close", PutTextAndClose, false},
+      {"put Resource of a new language", PutTextOfNewLanguage, true},
+      {"put String of a new language", PutMessageOfNewLanguage, true},
   };
   return operations;
 }
@@ -169,13 +204,15 @@ std::string WithoutNamePrefix(std::string bytes) {
   return bytes;
 }
 
-Files Snapshot(const fs::path& dir, int* leftovers = nullptr) {
+Files Snapshot(const fs::path& dir, std::vector<std::string>* leftovers = nullptr) {
   Files files;
   for (const auto& entry : fs::recursive_directory_iterator(dir)) {
     if (!entry.is_regular_file()) continue;
     std::string name = fs::relative(entry.path(), dir).string();
     if (!IsProfileFile(name)) {
-      if (leftovers != nullptr && fs::path(name).filename() != "QUORVEX.LOK") ++*leftovers;
+      if (leftovers != nullptr && fs::path(name).filename() != "QUORVEX.LOK") {
+        leftovers->push_back(name);
+      }
       continue;
     }
     files[name] = WithoutNamePrefix(ReadAll(entry.path()));
@@ -312,6 +349,7 @@ int RunParent(int argc, char** argv) {
   std::vector<Tally> tallies(operations.size());
   long files_checked = 0;
   int leftovers = 0;
+  int left_after_open = 0;
   int checks = 0;
   std::vector<std::string> failures;
   for (int round = 0; round < rounds; ++round) {
@@ -334,7 +372,9 @@ int RunParent(int argc, char** argv) {
     }
 
     const Files& made = new_files[op];
-    Files now = Snapshot(victim, &leftovers);
+    std::vector<std::string> left;
+    Files now = Snapshot(victim, &left);
+    leftovers += static_cast<int>(left.size());
     std::set<std::string> names;
     for (const auto& [name, bytes] : old_files) names.insert(name);
     for (const auto& [name, bytes] : made) names.insert(name);
@@ -381,6 +421,12 @@ int RunParent(int argc, char** argv) {
       failures.push_back(where + "quorvex --lock check says (" + std::to_string(code) +
                          "): " + output);
     }
+    std::vector<std::string> remaining;
+    Snapshot(victim, &remaining);
+    for (const std::string& name : remaining) {
+      failures.push_back(where + name + " is still there after the locked open");
+    }
+    left_after_open += static_cast<int>(remaining.size());
   }
 
   long kills = 0;
@@ -396,8 +442,8 @@ int RunParent(int argc, char** argv) {
   }
   printf(
       "crash_driver: %d rounds, %ld kills, %ld files checked, %d locked opens with check, "
-      "%d replacement leftovers, %zu failures\n",
-      rounds, kills, files_checked, checks, leftovers, failures.size());
+      "%d replacement leftovers, %d left after the locked open, %zu failures\n",
+      rounds, kills, files_checked, checks, leftovers, left_after_open, failures.size());
   for (size_t i = 0; i < failures.size() && i < 30; ++i) printf("  FAIL %s\n", failures[i].c_str());
   if (failures.empty()) {
     fs::remove_all(root);
