@@ -63,7 +63,9 @@ TEST_F(OrvikStoreTest, ANewProfileHasATableForEveryKindTheDatabaseHoldsAndOpens)
                           "SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' AND "
                           "name = '") +
                       api->schema->kind->code + "'";
-    EXPECT_EQ(Number(sql), api->schema->kind->orvik_read ? 1 : 0) << api->schema->kind->code;
+    const qv::KindInfo& kind = *api->schema->kind;
+    EXPECT_EQ(Number(sql), kind.orvik_read || kind.orvik_insert || kind.orvik_delete ? 1 : 0)
+        << kind.code;
   }
   ASSERT_EQ(Open(), 1) << host_.errors().size();
   DVPRList* list = nullptr;

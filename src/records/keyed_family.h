@@ -165,6 +165,7 @@ class KeyedFamily {
     if (!RequireLockedProfile()) return 0;
     if (!RecordFitsLine(Traits::Schema(), record)) return 0;
     if (IsOrvikProfile()) {
+      if (OrvikRefusesKind(Traits::Schema())) return 0;
       if (!InsertRow(*record)) {
         ReportError(Traits::kInsertInto, 0);
         return 0;
@@ -203,7 +204,8 @@ class KeyedFamily {
     // reports the missing lock again.
     bool locked = RequireLockedProfile();
     if (!ListFitsLines(Traits::Schema(), list)) return 0;
-    if (IsOrvikProfile()) return locked ? InsertAll(list) : 0;
+    if (IsOrvikProfile())
+      return locked && !OrvikRefusesKind(Traits::Schema()) ? InsertAll(list) : 0;
     RecordList* stored = nullptr;
     if (!ReadAll(owner, &stored, MODE_UPDATE)) {
       List::Free(stored);
@@ -232,6 +234,7 @@ class KeyedFamily {
       return 0;
     }
     if (IsOrvikProfile()) {
+      if (OrvikRefusesKind(Traits::Schema())) return 0;
       if (!Traits::Schema().orvik_deletes) {
         ReportError(Traits::kDeleteFailed, 0);
         return 0;
@@ -341,8 +344,12 @@ class KeyedFamily {
 
   // A put in the database is a plain insert of the row as given: no key is
   // assigned and no row with the same key is removed first.
+  // A kind the database reads and deletes but does not take rows of fails
+  // as an insert would.
   static bool InsertRow(const Record& record) {
-    if (InsertOrvikRow(Traits::Schema(), &record)) return true;
+    if (Traits::Schema().kind->orvik_insert && InsertOrvikRow(Traits::Schema(), &record)) {
+      return true;
+    }
     ReportError(Traits::kInsertIn, 0);
     return false;
   }

@@ -20,7 +20,10 @@ bool Exec(sqlite3* db, const std::string& sql) {
 bool MakeTables(sqlite3* db) {
   std::string sql = "BEGIN;";
   for (const KindApi* api : AllKindApis()) {
-    if (api->schema->kind->orvik_read) sql += OrvikTableDefinition(*api->schema) + ";";
+    const KindInfo& kind = *api->schema->kind;
+    if (kind.orvik_read || kind.orvik_insert || kind.orvik_delete) {
+      sql += OrvikTableDefinition(*api->schema) + ";";
+    }
   }
   sql += std::string(kOrvikAsideDefinition) + ";";
   sql += "PRAGMA user_version = " + std::to_string(kOrvikUserVersion) + ";COMMIT;";

@@ -114,8 +114,18 @@ const MemberSpec* FindMember(const KindSchema& schema, const char* name) {
 
 }  // namespace
 
+bool OrvikRefusesKind(const KindSchema& schema) {
+  const KindInfo& kind = *schema.kind;
+  if (kind.orvik_read || kind.orvik_insert || kind.orvik_delete || kind.orvik_refusal == nullptr) {
+    return false;
+  }
+  ReportError(kind.orvik_refusal, 0);
+  return true;
+}
+
 bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out) {
   GenericList::New(list_out);
+  if (OrvikRefusesKind(schema)) return false;
   std::vector<const MemberSpec*> members = RowMembers(schema);
   std::string sql = "SELECT ";
   for (size_t i = 0; i < members.size(); ++i) sql += (i ? ", " : "") + Quoted(members[i]->name);

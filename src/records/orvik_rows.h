@@ -10,6 +10,11 @@
 
 namespace qv {
 
+// For a kind that the database does not hold at all (the kind table gives
+// it no read, insert or delete): reports the kind's refusal and returns
+// true, so that no query or row operation is tried.
+bool OrvikRefusesKind(const KindSchema& schema);
+
 // Reads every row into a new list handed out at once; reports "Cannot begin
 // to Query Orvik Database for <label>" when the query cannot start.
 bool ReadOrvikRows(const KindSchema& schema, RecordList** list_out);

@@ -290,11 +290,11 @@ int WriteOrvikRecords(const Profile& profile, ConvertResult* result) {
   std::map<std::string, size_t> aside_by_kind;
   for (const OwnerRecords& list : profile.lists) {
     const qv::KindSchema& schema = *list.api->schema;
-    const bool has_table = schema.kind->orvik_read;
+    const bool readable = schema.kind->orvik_read;
     for (size_t i = 0; i < list.records.size(); ++i) {
       const void* record = list.records[i];
       bool inactive = (qv::RecordFlagsOf(schema, record) & RECORD_IAO) != 0;
-      if (!has_table || inactive) {
+      if (!readable || inactive) {
         if (!KeepAside(list, i, "", record)) return 0;
         ++aside_by_kind[schema.kind->code];
         ++result->aside;
@@ -315,8 +315,8 @@ int WriteOrvikRecords(const Profile& profile, ConvertResult* result) {
   for (const auto& [code, count] : aside_by_kind) {
     const qv::KindInfo* kind = qv::FindKindInfo(code.c_str());
     result->notes.push_back(code + ": " + std::to_string(count) + " records kept aside (" +
-                            (kind != nullptr && !kind->orvik_read ? "the database has no table "
-                                                                    "for this kind"
+                            (kind != nullptr && !kind->orvik_read ? "the database does not read "
+                                                                    "this kind back"
                                                                   : "inactive records") +
                             ")");
   }
