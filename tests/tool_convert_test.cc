@@ -52,8 +52,10 @@ Records ListOf(const qv::KindApi& api, const qv::Texts& owner, bool* listed) {
 // group of the profile, and the languages of the example.
 std::map<std::string, std::vector<qv::Texts>> Owners() {
   std::map<std::string, std::vector<qv::Texts>> owners;
-  for (auto [owner, code] : std::map<std::string, std::string>{
+  for (const auto& entry : std::map<std::string, std::string>{
            {"module", "MO"}, {"product", "PR"}, {"install", "DR"}, {"group", "MG"}}) {
+    const std::string& owner = entry.first;
+    const std::string& code = entry.second;
     const qv::KindApi* api = qv::FindKindApi(code);
     RecordList* list = nullptr;
     EXPECT_TRUE(api->list({}, &list)) << code;
