@@ -20,27 +20,14 @@
 #include <sstream>
 #include <string>
 
+#include "bench_profile.h"
 #include "quorvex/quorvex.h"
 
 namespace {
 
-class AdsProfile {
+class AdsProfile : public qvbench::BenchProfile {
  public:
-  explicit AdsProfile(int records) {
-    const char* base = getenv("TMPDIR");
-    std::string pattern =
-        std::string(base != nullptr && *base ? base : "/tmp") + "/qvadbench.XXXXXX";
-    if (mkdtemp(pattern.data()) == nullptr) {
-      perror("mkdtemp");
-      exit(1);
-    }
-    folder_ = pattern;
-    profile_ = folder_ + "/MP";
-    if (QvInitMasterProfile(profile_.c_str()) != 1) {
-      fprintf(stderr, "cannot make a profile in %s\n", profile_.c_str());
-      exit(1);
-    }
-    ads_ = profile_ + "/ADS/adlist.ad";
+  explicit AdsProfile(int records) : BenchProfile("qvadbench"), ads_(profile() + "/ADS/adlist.ad") {
     std::ofstream out(ads_, std::ios::binary | std::ios::app);
     for (int id = 1; id <= records; ++id) {
       out << (id % 50 == 0 ? ";IAO;" : "") << id << "," << id % 7 << "," << id % 1000
@@ -49,40 +36,20 @@ class AdsProfile {
     }
     out << "\n[Notes]\n; outside the Ads section\n";
   }
-  ~AdsProfile() {
-    std::error_code ec;
-    std::filesystem::remove_all(folder_, ec);
-  }
-
-  bool Open() const {
-    char path[QV_PATH_SIZE];
-    snprintf(path, sizeof path, "%s", profile_.c_str());
-    uint32_t flags = OPEN_MASTER | OPEN_LOCK | OPEN_NO_VCS;
-    return OpenMasterProfile(path, &flags, "") == 1;
-  }
   uint64_t FileSize() const {
     std::error_code ec;
     return std::filesystem::file_size(ads_, ec);
   }
-  const std::string& folder() const { return folder_; }
 
  private:
-  std::string folder_;
-  std::string profile_;
   std::string ads_;
 };
 
-// One profile per size, kept for the whole run; the engine's last-profile
-// entry goes to a registry file of the run's own.
+// One profile per size, kept for the whole run.
 AdsProfile& ProfileOf(int records) {
   static std::map<int, std::unique_ptr<AdsProfile>> profiles;
   auto& profile = profiles[records];
-  if (profile == nullptr) {
-    profile = std::make_unique<AdsProfile>(records);
-    if (getenv("QUORVEX_REGISTRY") == nullptr) {
-      setenv("QUORVEX_REGISTRY", (profile->folder() + "/registry.reg").c_str(), 1);
-    }
-  }
+  if (profile == nullptr) profile = std::make_unique<AdsProfile>(records);
   return *profile;
 }
 

@@ -23,19 +23,14 @@ struct Stores {
     SFList* list = nullptr;
     if (!text.Open() || MPGetSFCompleteList("Editor", "1", &list, MODE_READ) != 1) return;
     CloseMasterProfile();
-    if (QvInitOrvikProfile(database.c_str()) != 1 || !Open(database, OPEN_ORVIK | OPEN_LOCK)) {
+    if (QvInitOrvikProfile(database.c_str()) != 1 ||
+        !qvbench::OpenAt(database, OPEN_ORVIK | OPEN_LOCK)) {
       MPFreeSFList(list);
       return;
     }
     ready = MPPutSFCompleteList("Editor", "1", list) == 1;
     MPFreeSFList(list);
     CloseMasterProfile();
-  }
-  static bool Open(const std::string& path, uint32_t flags) {
-    char in_out[QV_PATH_SIZE];
-    snprintf(in_out, sizeof in_out, "%s", path.c_str());
-    uint32_t all = flags | OPEN_NO_VCS;
-    return OpenMasterProfile(in_out, &all, "") == 1;
   }
 };
 
@@ -50,7 +45,7 @@ void ListShippedFiles(benchmark::State& state, bool orvik) {
     state.SkipWithError("cannot make the two profiles");
     return;
   }
-  bool opened = orvik ? Stores::Open(stores.database, OPEN_ORVIK) : stores.text.Open();
+  bool opened = orvik ? qvbench::OpenAt(stores.database, OPEN_ORVIK) : stores.text.Open();
   if (!opened) {
     state.SkipWithError("cannot open the profile");
     return;
