@@ -5,6 +5,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/environment.h"
+
 namespace qvtest {
 
 namespace {
@@ -21,18 +23,14 @@ FakeSs::FakeSs() {
   script_path_ = dir_.Join("answers.txt");
   WriteFileBytes(log_path_, "");
   WriteFileBytes(script_path_, "");
-  setenv("QUORVEX_SS_CLIENT", QUORVEX_FAKE_SS, 1);
-  setenv("QUORVEX_FAKE_SS_LOG", log_path_.c_str(), 1);
-  setenv("QUORVEX_FAKE_SS_SCRIPT", script_path_.c_str(), 1);
+  qv::SetEnvironmentValue("QUORVEX_SS_CLIENT", QUORVEX_FAKE_SS);
+  qv::SetEnvironmentValue("QUORVEX_FAKE_SS_LOG", log_path_.c_str());
+  qv::SetEnvironmentValue("QUORVEX_FAKE_SS_SCRIPT", script_path_.c_str());
 }
 
 FakeSs::~FakeSs() {
   for (const SavedVariable& saved : saved_) {
-    if (saved.was_set) {
-      setenv(saved.name.c_str(), saved.value.c_str(), 1);
-    } else {
-      unsetenv(saved.name.c_str());
-    }
+    qv::SetEnvironmentValue(saved.name, saved.was_set ? saved.value.c_str() : nullptr);
   }
 }
 
@@ -60,7 +58,7 @@ void FakeSs::AnswerOtherwise(int exit_code) {
 }
 
 void FakeSs::UseMissingClient() {
-  setenv("QUORVEX_SS_CLIENT", "/nonexistent/ss", 1);
+  qv::SetEnvironmentValue("QUORVEX_SS_CLIENT", "/nonexistent/ss");
 }
 
 std::vector<SsCall> FakeSs::Calls() const {

@@ -1,10 +1,8 @@
 #include "support/run_tool.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdlib>
 
+#include "platform/program_run.h"
 #include "support/temp_dir.h"
 
 namespace qvtest {
@@ -16,23 +14,7 @@ ToolResult RunProgram(const std::vector<std::string>& args, const std::string& i
   std::string err_path = capture.Join("err");
   std::string in_path = capture.Write("in", input);
   ToolResult result;
-  pid_t pid = fork();
-  if (pid == 0) {
-    if (!freopen(in_path.c_str(), "r", stdin) || !freopen(out_path.c_str(), "w", stdout) ||
-        !freopen(err_path.c_str(), "w", stderr)) {
-      _exit(127);
-    }
-    if (!dir.empty() && chdir(dir.c_str()) != 0) _exit(127);
-    std::vector<std::string> copies = args;
-    std::vector<char*> argv;
-    for (std::string& a : copies) argv.push_back(a.data());
-    argv.push_back(nullptr);
-    execvp(argv[0], argv.data());
-    _exit(127);
-  }
-  int status = 0;
-  waitpid(pid, &status, 0);
-  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  result.status = qv::RunProgramWithFiles(args, dir, in_path, out_path, err_path);
   result.out = ReadFileBytes(out_path);
   result.err = ReadFileBytes(err_path);
   return result;

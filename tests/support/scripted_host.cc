@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "core/state.h"
+#include "platform/environment.h"
 
 namespace qvtest {
 
@@ -16,11 +17,7 @@ void SaveEnv(const char* name, std::string* value, bool* had) {
 }
 
 void RestoreEnv(const char* name, const std::string& value, bool had) {
-  if (had) {
-    setenv(name, value.c_str(), 1);
-  } else {
-    unsetenv(name);
-  }
+  qv::SetEnvironmentValue(name, had ? value.c_str() : nullptr);
 }
 }  // namespace
 
@@ -30,10 +27,10 @@ ScriptedHost::ScriptedHost() {
   SaveEnv("QUORVEX_REGISTRY", &old_registry_, &had_registry_);
   SaveEnv("TMPDIR", &old_tmpdir_, &had_tmpdir_);
   registry_path_ = scratch_.Join("registry.reg");
-  setenv("QUORVEX_REGISTRY", registry_path_.c_str(), 1);
+  qv::SetEnvironmentValue("QUORVEX_REGISTRY", registry_path_.c_str());
   // Temporary files of the engine go to a folder of this test alone.
   MakeDirs(scratch_.Join("tmp"));
-  setenv("TMPDIR", scratch_.Join("tmp").c_str(), 1);
+  qv::SetEnvironmentValue("TMPDIR", scratch_.Join("tmp").c_str());
   QuorvexHost host = {this, &ScriptedHost::MessageBox, &ScriptedHost::Dialog,
                       &ScriptedHost::Notice};
   QuorvexSetHost(&host);

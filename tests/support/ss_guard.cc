@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "platform/environment.h"
 #include "support/temp_dir.h"
 
 namespace qvtest {
@@ -49,19 +50,17 @@ class SsGuardListener : public ::testing::EmptyTestEventListener {
 }  // namespace
 
 void InstallSsGuard() {
-  const char* base = getenv("TMPDIR");
-  std::string pattern =
-      std::string(base != nullptr && *base ? base : "/tmp") + "/qvtest-ss-guard.XXXXXX";
-  if (mkdtemp(pattern.data()) == nullptr) {
+  g_folder = qv::MakeUniqueDirectory(TestTempBase(), "qvtest-ss-guard.");
+  if (g_folder.empty()) {
     perror("cannot make the folder of the ss guard");
     std::abort();
   }
-  g_folder = pattern;
   WriteFileBytes(GuardedSsPath(), Script());
   chmod(GuardedSsPath().c_str(), 0755);
   const char* path = getenv("PATH");
-  std::string search = g_folder + ":" + (path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin");
-  setenv("PATH", search.c_str(), 1);
+  std::string search = g_folder + qv::PathListSeparator() +
+                       (path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin");
+  qv::SetEnvironmentValue("PATH", search.c_str());
   ::testing::UnitTest::GetInstance()->listeners().Append(new SsGuardListener);
 }
 

@@ -7,16 +7,21 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/environment.h"
+#include "platform/fs.h"
+
 namespace qvtest {
 
 namespace fs = std::filesystem;
 
-TempDir::TempDir() {
+std::string TestTempBase() {
   const char* base = getenv("TMPDIR");
-  std::string pattern = std::string(base != nullptr && *base ? base : "/tmp") + "/qvtest.XXXXXX";
-  char* made = mkdtemp(pattern.data());
-  EXPECT_NE(made, nullptr);
-  path_ = pattern;
+  return base != nullptr && *base ? std::string(base) : qv::TempDirectory();
+}
+
+TempDir::TempDir() {
+  path_ = qv::MakeUniqueDirectory(TestTempBase(), "qvtest.");
+  EXPECT_FALSE(path_.empty());
 }
 
 TempDir::~TempDir() {

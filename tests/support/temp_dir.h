@@ -6,6 +6,10 @@
 
 namespace qvtest {
 
+// Where test folders are made: $TMPDIR when set (the scripted host points
+// it at a folder of its own), else the system's temporary folder.
+std::string TestTempBase();
+
 class TempDir {
  public:
   TempDir();

@@ -12,6 +12,7 @@
 
 #include "orvik/database.h"
 #include "platform/fs.h"
+#include "platform/lock_holder.h"
 
 namespace qvtool {
 namespace {
@@ -41,36 +42,6 @@ bool FolderIsEmpty(const std::string& path) {
   }
   closedir(dir);
   return empty;
-}
-
-// The process whose open files include the lock file, by its /proc entry.
-std::string ProcessHolding(const struct stat& lock) {
-  DIR* proc = opendir("/proc");
-  if (proc == nullptr) return "";
-  std::string found;
-  while (dirent* entry = readdir(proc)) {
-    if (!found.empty()) break;
-    std::string pid = entry->d_name;
-    if (pid.find_first_not_of("0123456789") != std::string::npos) continue;
-    if (pid == std::to_string(getpid())) continue;
-    std::string fds = "/proc/" + pid + "/fd";
-    DIR* dir = opendir(fds.c_str());
-    if (dir == nullptr) continue;
-    while (dirent* fd = readdir(dir)) {
-      struct stat st;
-      if (fd->d_name[0] == '.' || stat((fds + "/" + fd->d_name).c_str(), &st) != 0) continue;
-      if (st.st_dev == lock.st_dev && st.st_ino == lock.st_ino) {
-        std::string name;
-        std::ifstream comm("/proc/" + pid + "/comm");
-        std::getline(comm, name);
-        found = "pid " + pid + (name.empty() ? "" : ", " + name);
-        break;
-      }
-    }
-    closedir(dir);
-  }
-  closedir(proc);
-  return found;
 }
 
 std::string Reason(int error) {
@@ -132,33 +103,9 @@ std::vector<std::string> WhyOrvik(const std::string& path, bool locking) {
 }  // namespace
 
 std::string LockHolder(const std::string& lock_path) {
-  int fd = open(lock_path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (fd < 0) return "";
-  struct flock probe = {};
-  probe.l_type = F_WRLCK;
-  probe.l_whence = SEEK_SET;
-  bool asked = false;
-#ifdef F_OFD_GETLK
-  asked = fcntl(fd, F_OFD_GETLK, &probe) == 0;
-#endif
-  if (!asked) {
-    probe = {};
-    probe.l_type = F_WRLCK;
-    asked = fcntl(fd, F_GETLK, &probe) == 0;
-  }
-  struct stat st;
-  bool have_stat = fstat(fd, &st) == 0;
-  close(fd);
-  if (!asked || probe.l_type == F_UNLCK) return "";
-  // Open file description locks name no process; the holder's open files do.
-  std::string holder;
-  if (probe.l_pid > 0) {
-    std::string name;
-    std::ifstream comm("/proc/" + std::to_string(probe.l_pid) + "/comm");
-    std::getline(comm, name);
-    holder = "pid " + std::to_string(probe.l_pid) + (name.empty() ? "" : ", " + name);
-  }
-  if (holder.empty() && have_stat) holder = ProcessHolding(st);
+  std::optional<std::string> held = qv::LockFileHolder(lock_path);
+  if (!held) return "";
+  std::string holder = *held;
   if (holder.empty()) {
     std::ifstream in(lock_path);
     std::string says;

@@ -1,6 +1,5 @@
 #include "profile_convert.h"
 
-#include <fnmatch.h>
 #include <sqlite3.h>
 #include <strings.h>
 
@@ -12,6 +11,7 @@
 #include "core/report_capture.h"
 #include "orvik/database.h"
 #include "orvik/transaction.h"
+#include "platform/names.h"
 #include "profile/profile_files.h"
 #include "quorvex/quorvex.h"
 #include "record_json.h"
@@ -137,7 +137,8 @@ std::vector<qv::Texts> LanguagesWithFiles(const char* file_kind) {
     if (strcasecmp(file.kind, file_kind) != 0) continue;
     std::string base = file.path.substr(file.path.find_last_of("/\\") + 1);
     for (const std::string& p : patterns) {
-      if (fnmatch(p.c_str(), base.c_str(), FNM_CASEFOLD) != 0) continue;
+      // The name holds at least the pattern's fixed characters.
+      if (base.size() + 1 < p.size() || !qv::PatternMatches(p, base)) continue;
       size_t star = p.find('*');
       size_t tail = p.size() - star - 1;
       languages.push_back({base.substr(star, base.size() - star - tail)});
