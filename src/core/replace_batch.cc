@@ -69,7 +69,7 @@ bool StageReplacement(const std::string& temporary, const std::string& profile) 
   if (first) {
     std::string drive, directory, name;
     SplitPath(host, &drive, &directory, &name);
-    staged = directory + "." + name + ".staged";
+    staged = drive + directory + "." + name + ".staged";
   }
   if (!ReplaceFileContent(temporary, staged)) return false;
   DeleteFile(temporary);

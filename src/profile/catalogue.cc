@@ -125,8 +125,9 @@ bool ScanIdentity(QvFile file, const FileKind& kind, const char* name, const cha
 // Searches the kind's folder in directory order.
 QvFile SearchDirectory(const FileKind& kind, const char* name, const char* key,
                        const std::string& pattern, std::string* path) {
-  std::string directory;
-  SplitPath(pattern, nullptr, &directory, nullptr);
+  std::string drive, directory;
+  SplitPath(pattern, &drive, &directory, nullptr);
+  directory = drive + directory;  // the found names live beside the pattern, drive and all
   IdentityScan scan;
   for (const DirEntry& found : FindFiles(pattern)) {
     if (found.is_directory) continue;

@@ -59,6 +59,7 @@ std::string LeftoverOf(const std::string& name) {
 void RemoveLeftovers(const std::string& pattern) {
   std::string drive, folder, files;
   SplitPath(pattern, &drive, &folder, &files);
+  folder = drive + folder;
   // Each search finds the names of one shape whose file part has the name
   // of the kind's files; LeftoverOf then holds each name to the shape.
   const std::string any_letters(kTemporaryLetters, '?');
