@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/environment.h"
+#include "platform/fs.h"
 #include "quorvex/quorvex.h"
 
 namespace qvfuzz {
@@ -29,10 +31,9 @@ inline void Initialise(int (*box)(void*, const char*, const char*, int)) {
   QuorvexHost host = {nullptr, box, nullptr, nullptr};
   QuorvexSetHost(&host);
   if (!InputPath().empty()) return;
-  const char* base = getenv("TMPDIR");
-  std::string pattern = std::string(base != nullptr && *base ? base : "/tmp") + "/qvfuzz.XXXXXX";
-  if (mkdtemp(pattern.data()) == nullptr) abort();
-  InputPath() = pattern + "/input.txt";
+  std::string folder = qv::MakeUniqueDirectory(qv::TempDirectory(), "qvfuzz.");
+  if (folder.empty()) abort();
+  InputPath() = folder + "/input.txt";
   atexit(RemoveInput);
 }
 

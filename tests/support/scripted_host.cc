@@ -26,11 +26,13 @@ ScriptedHost::ScriptedHost() {
   qv::ResetStateForTesting();
   SaveEnv("QUORVEX_REGISTRY", &old_registry_, &had_registry_);
   SaveEnv("TMPDIR", &old_tmpdir_, &had_tmpdir_);
+  SaveEnv("TMP", &old_tmp_, &had_tmp_);
   registry_path_ = scratch_.Join("registry.reg");
   qv::SetEnvironmentValue("QUORVEX_REGISTRY", registry_path_.c_str());
   // Temporary files of the engine go to a folder of this test alone.
   MakeDirs(scratch_.Join("tmp"));
   qv::SetEnvironmentValue("TMPDIR", scratch_.Join("tmp").c_str());
+  qv::SetEnvironmentValue("TMP", scratch_.Join("tmp").c_str());
   QuorvexHost host = {this, &ScriptedHost::MessageBox, &ScriptedHost::Dialog,
                       &ScriptedHost::Notice};
   QuorvexSetHost(&host);
@@ -42,6 +44,7 @@ ScriptedHost::~ScriptedHost() {
   qv::ResetStateForTesting();
   RestoreEnv("QUORVEX_REGISTRY", old_registry_, had_registry_);
   RestoreEnv("TMPDIR", old_tmpdir_, had_tmpdir_);
+  RestoreEnv("TMP", old_tmp_, had_tmp_);
 }
 
 void ScriptedHost::AnswerBoxes(std::initializer_list<bool> answers) {

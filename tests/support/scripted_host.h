@@ -56,6 +56,8 @@ class ScriptedHost {
   bool had_registry_ = false;
   std::string old_tmpdir_;
   bool had_tmpdir_ = false;
+  std::string old_tmp_;  // TMP: where Windows puts temporary files
+  bool had_tmp_ = false;
   std::deque<bool> box_answers_;
   std::function<void(const std::string&)> on_box_;
   std::deque<std::function<bool(QuorvexOpenProfileRequest*)>> dialog_answers_;

@@ -18,6 +18,13 @@ namespace {
 
 using ByOrdinal = QvProc (*)(uint32_t);
 
+// GetProcAddress answers with one generic function type; the caller knows
+// the real one.
+template <typename Function>
+Function As(FARPROC proc) {
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(proc));
+}
+
 // The "Name @N" lines of quorvex.def.
 std::vector<std::pair<std::string, unsigned>> DefExports() {
   std::ifstream def(std::string(QUORVEX_SOURCE_DIR) + "/src/quorvex.def");
@@ -47,7 +54,7 @@ class DllOrdinals : public testing::Test {
 };
 
 TEST_F(DllOrdinals, EveryDefExportAnswersAtItsNumber) {
-  auto table = reinterpret_cast<ByOrdinal>(GetProcAddress(dll_, "QuorvexProcByOrdinal"));
+  auto table = As<ByOrdinal>(GetProcAddress(dll_, "QuorvexProcByOrdinal"));
   ASSERT_NE(table, nullptr);
   auto exports = DefExports();
   ASSERT_GT(exports.size(), 200u);
@@ -61,7 +68,7 @@ TEST_F(DllOrdinals, EveryDefExportAnswersAtItsNumber) {
 
 TEST_F(DllOrdinals, UnknownOrdinalsAnswerNothing) {
   EXPECT_EQ(ByNumber(221), nullptr);
-  auto table = reinterpret_cast<ByOrdinal>(GetProcAddress(dll_, "QuorvexProcByOrdinal"));
+  auto table = As<ByOrdinal>(GetProcAddress(dll_, "QuorvexProcByOrdinal"));
   ASSERT_NE(table, nullptr);
   EXPECT_EQ(table(221), nullptr);
 }
@@ -73,10 +80,10 @@ TEST_F(DllOrdinals, OperationsWorkWhenCalledByOrdinal) {
   using NewMOList = int (*)(MOList**);
   using AppendMO = int (*)(MOList*, MORecord*);
   using FreeMOList = int (*)(MOList*);
-  auto new_list = reinterpret_cast<NewMOList>(ByNumber(QV_ORDINAL_MPNewMOList));
-  auto new_record = reinterpret_cast<NewMO>(ByNumber(QV_ORDINAL_MPNewMO));
-  auto append = reinterpret_cast<AppendMO>(ByNumber(QV_ORDINAL_MPAppendMO));
-  auto free_list = reinterpret_cast<FreeMOList>(ByNumber(QV_ORDINAL_MPFreeMOList));
+  auto new_list = As<NewMOList>(ByNumber(QV_ORDINAL_MPNewMOList));
+  auto new_record = As<NewMO>(ByNumber(QV_ORDINAL_MPNewMO));
+  auto append = As<AppendMO>(ByNumber(QV_ORDINAL_MPAppendMO));
+  auto free_list = As<FreeMOList>(ByNumber(QV_ORDINAL_MPFreeMOList));
   ASSERT_TRUE(new_list && new_record && append && free_list);
   MOList* list = nullptr;
   ASSERT_EQ(new_list(&list), 1);
