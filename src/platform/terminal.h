@@ -15,6 +15,9 @@ bool TerminalAskYesNo(const std::string& caption, const std::string& text, bool 
 // Prints a prompt and reads one line; false on end of input.
 bool TerminalReadLine(const std::string& prompt, std::string* line);
 void TerminalPrint(const std::string& text);  // to standard error
+// Makes standard input, output and error pass bytes unchanged (no line-end
+// translation), so that a program's output is the same on every system.
+void UseBinaryStandardStreams();
 
 }  // namespace qv
 

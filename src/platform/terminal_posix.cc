@@ -53,6 +53,8 @@ bool TerminalReadLine(const std::string& prompt, std::string* line) {
   return ReadInputLine(line);
 }
 
+void UseBinaryStandardStreams() {}  // POSIX streams never translate
+
 void TerminalPrint(const std::string& text) {
   fflush(stdout);
   fwrite(text.data(), 1, text.size(), stderr);

@@ -1,6 +1,7 @@
 // The terminal defaults of the host hooks on Windows: the console, when
 // the program has one.
 
+#include <fcntl.h>
 #include <io.h>
 
 #include <cstdio>
@@ -52,6 +53,12 @@ bool TerminalAskYesNo(const std::string& caption, const std::string& text, bool 
 bool TerminalReadLine(const std::string& prompt, std::string* line) {
   TerminalPrint(prompt);
   return ReadInputLine(line);
+}
+
+void UseBinaryStandardStreams() {
+  _setmode(_fileno(stdin), _O_BINARY);
+  _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
 }
 
 void TerminalPrint(const std::string& text) {

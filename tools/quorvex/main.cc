@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "command.h"
+#include "platform/terminal.h"
 #include "quorvex/quorvex.h"
 #include "tool_host.h"
 
@@ -57,6 +58,8 @@ int Help(const CLI::App& app, const std::string& name) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Scripts read the output; its lines end in a line feed everywhere.
+  qv::UseBinaryStandardStreams();
   CLI::App app{"quorvex: read and change Master Profiles and Orvik profiles", "quorvex"};
   app.require_subcommand(1);
   auto formatter = std::make_shared<Formatter>();
