@@ -2,7 +2,6 @@
 // put and delete do what the kind table says the database supports, and
 // where it does not, the kind's own refusal is reported and no row changes.
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <cstring>
 #include <string>
@@ -35,18 +34,8 @@ class OrvikKindTest : public ::testing::TestWithParam<std::string> {
 
   // The rows of the kind's table (-1 when it has none).
   int Rows() {
-    sqlite3* db = nullptr;
-    EXPECT_EQ(sqlite3_open_v2(db_.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
-    std::string sql = std::string("SELECT COUNT(*) FROM \"") + kind().code + "\"";
-    sqlite3_stmt* statement = nullptr;
-    int count = -1;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) == SQLITE_OK &&
-        sqlite3_step(statement) == SQLITE_ROW) {
-      count = sqlite3_column_int(statement, 0);
-    }
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    return count;
+    return static_cast<int>(
+        qvtest::DatabaseNumber(db_, std::string("SELECT COUNT(*) FROM \"") + kind().code + "\""));
   }
 
   // Texts that name the owner ("Core" "1.0", or "US" for a language).

@@ -25,19 +25,7 @@ class OrvikStoreTest : public ::testing::Test {
     return qvtest::OpenProfileAt(db_, OPEN_ORVIK | OPEN_NO_VCS | extra);
   }
   // One number from the database file, read beside the engine.
-  int64_t Number(const std::string& sql) {
-    sqlite3* db = nullptr;
-    EXPECT_EQ(sqlite3_open_v2(db_.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
-    sqlite3_stmt* statement = nullptr;
-    int64_t value = -1;
-    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &statement, nullptr) == SQLITE_OK &&
-        sqlite3_step(statement) == SQLITE_ROW) {
-      value = sqlite3_column_int64(statement, 0);
-    }
-    sqlite3_finalize(statement);
-    sqlite3_close(db);
-    return value;
-  }
+  int64_t Number(const std::string& sql) { return qvtest::DatabaseNumber(db_, sql); }
   static DVPRList* Products(std::initializer_list<const char*> codes) {
     DVPRList* list = nullptr;
     EXPECT_EQ(MPNewDVPRList(&list), 1);

@@ -13,6 +13,9 @@ int OpenProfileAt(const std::string& path, uint32_t flags, const std::string& lo
 // A new SQLite file at path holding what sql makes; adds a test failure
 // (naming the statement) when anything does not run.
 void MakeDatabase(const std::string& path, const std::string& sql);
+// The first column of the first row the query gives on the database file at
+// path, read beside the engine; -1 when the query gives none.
+int64_t DatabaseNumber(const std::string& path, const std::string& sql);
 
 }  // namespace qvtest
 
