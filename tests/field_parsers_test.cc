@@ -243,6 +243,35 @@ TEST_F(FieldParsersTest, FlagStringMayHoldBlanksAndExtraLetters) {
   EXPECT_EQ(word, 0xF0F0F0F0u);
 }
 
+TEST_F(FieldParsersTest, EveryLetterOfAPlainFlagStringIsItsOwnBit) {
+  for (int bit = 31; bit >= 0; --bit) {
+    std::string letters(32, 'N');
+    letters[31 - bit] = 'Y';
+    Cursor("\"" + letters + "\",x");
+    uint32_t word = 0;
+    EXPECT_EQ(ParseFlagString32(&cursor_, &word, 0), 1);
+    EXPECT_EQ(word, uint32_t{1} << bit) << letters;
+    EXPECT_EQ(Rest(), "x");
+  }
+  // Letters after the 32nd are ignored, whatever they are.
+  Cursor("\"" + std::string(16, 'Y') + std::string(16, 'N') + "YQ\"");
+  uint32_t word = 0;
+  EXPECT_EQ(ParseFlagString32(&cursor_, &word, 0), 1);
+  EXPECT_EQ(word, 0xFFFF0000u);
+  // A lower-case or wrong letter anywhere among the 32 is read letter by letter.
+  for (int at : {0, 7, 8, 31}) {
+    std::string letters(32, 'Y');
+    letters[at] = 'n';
+    Cursor("\"" + letters + "\"");
+    EXPECT_EQ(ParseFlagString32(&cursor_, &word, 0), 1);
+    EXPECT_EQ(word, ~(uint32_t{1} << (31 - at)));
+    letters[at] = 'X';
+    Cursor("\"" + letters + "\"");
+    EXPECT_EQ(ParseFlagString32(&cursor_, &word, 0), 0);
+  }
+  EXPECT_EQ(Errors().size(), 4u);
+}
+
 TEST_F(FieldParsersTest, FlagStringNeedsThirtyTwoLetters) {
   Cursor("\"" + std::string(31, 'Y') + "\"");
   uint32_t word = 1;

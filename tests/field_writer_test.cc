@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/file.h"
+#include "platform/write_faults.h"
 #include "quorvex/quorvex.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
@@ -250,6 +251,23 @@ TEST_F(FieldWriterTest, FlagString32Field) {
             "\"YNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNY\",");
   EXPECT_EQ(Written([](QvFile f) { WriteFlagString32Field(0, f, FO_OPTIONAL | FO_END_RECORD); }),
             "\"NNNNNNNNNNNNNNNNNNNNNNNNNNNNNNNN\"\r\n");
+}
+
+TEST_F(FieldWriterTest, AFullDiskStopsAFieldAfterTheBytesThatFit) {
+  const std::string whole = ";IAO;\"say ^\"hi^\"\"\r\n";
+  for (size_t room = 0; room < whole.size(); ++room) {
+    std::string scratch = "say \"hi\"";
+    std::string written = Written([&](QvFile f) {
+      qv::SetWriteBudget(static_cast<int64_t>(room));
+      EXPECT_EQ(WriteField(scratch.data(), f, FO_IAO | FO_END_RECORD), 0);
+      qv::SetWriteBudget(-1);
+    });
+    EXPECT_EQ(written, whole.substr(0, room));
+  }
+  std::string scratch = "say \"hi\"";
+  EXPECT_EQ(Written([&](QvFile f) { EXPECT_EQ(WriteField(scratch.data(), f, FO_IAO), 1); }),
+            ";IAO;\"say ^\"hi^\"\",");
+  EXPECT_STREQ(scratch.c_str(), "");  // only what followed the last quote
 }
 
 TEST_F(FieldWriterTest, FlagField) {

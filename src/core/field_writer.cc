@@ -1,25 +1,119 @@
 // Writing one field of a record line, and the typed fields built on it.
 //
-// Every record family emits its lines through WriteField, so the quoting and
-// escaping rules here are the inverse of the field parsers: a double quote
-// inside a text becomes a caret and a double quote, and ";IAO;" before the
-// first field marks a record that is carried but inactive.
+// Every record family emits its lines through these bytes, so the quoting
+// and escaping rules here are the inverse of the field parsers: a double
+// quote inside a text becomes a caret and a double quote, and ";IAO;" before
+// the first field marks a record that is carried but inactive.
 
+#include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
+#include "core/field_text.h"
 #include "platform/file.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 #include "quorvex/writer.h"
 
 namespace qv {
+
+void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_t options) {
+  if (length == 0 && (options & FO_OPTIONAL) != 0) options |= FO_UNQUOTED;
+  if ((options & FO_IAO) != 0) out->append(";IAO;", 5);
+  if ((options & FO_UNQUOTED) == 0) out->push_back('"');
+  if ((options & FO_VERBATIM) != 0) {
+    out->append(text, length);
+  } else {
+    for (const char* quote = static_cast<const char*>(memchr(text, '"', length)); quote != nullptr;
+         quote = static_cast<const char*>(memchr(text, '"', length))) {
+      const size_t before = static_cast<size_t>(quote - text);
+      out->append(text, before);
+      out->append("^\"", 2);
+      text = quote + 1;
+      length -= before + 1;
+    }
+    out->append(text, length);
+  }
+  if ((options & FO_UNQUOTED) == 0) out->push_back('"');
+  if ((options & FO_END_RECORD) != 0) {
+    out->append("\r\n", 2);
+  } else {
+    out->push_back(',');
+  }
+}
+
+FieldText UnsignedFieldText(uint32_t value, uint32_t options) {
+  FieldText field{"", options | FO_UNQUOTED};
+  if (value != 0 || (options & FO_OPTIONAL) == 0) {
+    *std::to_chars(field.text, field.text + sizeof field.text - 1, value).ptr = '\0';
+  }
+  return field;
+}
+
+FieldText IntegerFieldText(int32_t value, uint32_t options) {
+  FieldText field{"", options | FO_UNQUOTED};
+  if (value != 0 || (options & FO_OPTIONAL) == 0) {
+    *std::to_chars(field.text, field.text + sizeof field.text - 1, value).ptr = '\0';
+  }
+  return field;
+}
+
+FieldText DateTimeFieldText(uint32_t value, uint32_t options) {
+  FieldText field{"", options & ~FO_UNQUOTED};
+  FormatDateTime(value, field.text);  // leaves the text empty for 0
+  return field;
+}
+
+FieldText VersionQuadFieldText(uint32_t high, uint32_t low, uint32_t options) {
+  FieldText field{"", options | FO_UNQUOTED};
+  const uint32_t pair[2] = {high, low};
+  FormatVersionQuad(field.text, pair);
+  return field;
+}
+
+FieldText FlagString32FieldText(uint32_t word, uint32_t options) {
+  // Y and N need no escaping: the letters go out as they stand.
+  FieldText field{"", (options & ~FO_UNQUOTED) | FO_VERBATIM};
+  // The first letter is the most significant bit; a byte at a time, since
+  // every shipped file's line has several such fields.
+  static constexpr auto kLetters = [] {
+    std::array<std::array<char, 8>, 256> letters{};
+    for (int byte = 0; byte < 256; ++byte) {
+      for (int i = 0; i < 8; ++i) letters[byte][i] = ((byte >> (7 - i)) & 1) != 0 ? 'Y' : 'N';
+    }
+    return letters;
+  }();
+  for (int k = 0; k < 4; ++k) {
+    memcpy(field.text + 8 * k, kLetters[(word >> (24 - 8 * k)) & 0xFFu].data(), 8);
+  }
+  field.text[32] = '\0';
+  return field;
+}
+
+FieldText FlagFieldText(uint32_t value, uint32_t options) {
+  return FieldText{{value != 0 ? 'Y' : 'N', '\0'}, options | FO_UNQUOTED};
+}
+
+bool OsTypeFieldText(int os_type, uint32_t options, FieldText* field) {
+  static const char* const kNames[] = {"WIN32_S", "WIN32_WINDOWS", "WIN32_NT", "WIN16"};
+  if (os_type < 0 || os_type > 3) {
+    // The same call as the reader's, line prefix included.
+    ReportError("Unsupported OS Type", 1);
+    return false;
+  }
+  snprintf(field->text, sizeof field->text, "%s", kNames[os_type]);
+  field->options = options & ~FO_UNQUOTED;
+  return true;
+}
+
 namespace {
 
-// One write, checked the way the engine checks every piece: a short count
-// stops the line where it is.
-bool WritePiece(File* file, const char* data, size_t length) {
-  return file->Write(data, length) == length;
+// A typed field goes out as WriteField writes its text.
+int WriteText(FieldText field, QvFile file) {
+  WriteField(field.text, file, field.options);
+  return 1;
 }
 
 }  // namespace
@@ -32,52 +126,33 @@ int WriteField(char* text, QvFile handle, uint32_t options) {
   if (file == nullptr) return 0;
   char empty[1] = "";
   if (text == nullptr) text = empty;
-
-  if (text[0] == '\0' && (options & FO_OPTIONAL) != 0) options |= FO_UNQUOTED;
-  if ((options & FO_IAO) != 0 && !qv::WritePiece(file, ";IAO;", 5)) return 0;
-  if ((options & FO_UNQUOTED) == 0 && !qv::WritePiece(file, "\"", 1)) return 0;
-
-  if ((options & FO_VERBATIM) != 0) {
-    if (!qv::WritePiece(file, text, strlen(text))) return 0;
-  } else {
-    // The text itself is the scratch buffer: what follows each quote is moved
-    // to its front, so afterwards it holds only the part after the last one.
-    for (char* quote = strchr(text, '"'); quote != nullptr; quote = strchr(text, '"')) {
-      if (!qv::WritePiece(file, text, static_cast<size_t>(quote - text))) return 0;
-      if (!qv::WritePiece(file, "^\"", 2)) return 0;
-      memmove(text, quote + 1, strlen(quote + 1) + 1);
+  // The field goes out in one write, not a write per quote and comma: a
+  // short write still stops the line where the disk gave out, since the
+  // pieces would have gone out in this order.
+  static thread_local std::string bytes;
+  bytes.clear();
+  const size_t length = strlen(text);
+  qv::AppendFieldBytes(&bytes, text, length, options);
+  // The text itself is the scratch buffer: afterwards it holds only the
+  // part after its last double quote.
+  if ((options & FO_VERBATIM) == 0) {
+    if (const char* last = strrchr(text, '"'); last != nullptr) {
+      memmove(text, last + 1, static_cast<size_t>(text + length - last));
     }
-    if (!qv::WritePiece(file, text, strlen(text))) return 0;
   }
-
-  if ((options & FO_UNQUOTED) == 0 && !qv::WritePiece(file, "\"", 1)) return 0;
-  if ((options & FO_END_RECORD) != 0) return qv::WritePiece(file, "\r\n", 2) ? 1 : 0;
-  return qv::WritePiece(file, ",", 1) ? 1 : 0;
+  return file->Write(bytes.data(), bytes.size()) == bytes.size() ? 1 : 0;
 }
 
 int WriteUnsignedField(uint32_t value, QvFile file, uint32_t options) {
-  char text[32] = "";
-  if (value != 0 || (options & FO_OPTIONAL) == 0) {
-    snprintf(text, sizeof text, "%lu", static_cast<unsigned long>(value));
-  }
-  WriteField(text, file, options | FO_UNQUOTED);
-  return 1;
+  return qv::WriteText(qv::UnsignedFieldText(value, options), file);
 }
 
 int WriteIntegerField(int32_t value, QvFile file, uint32_t options) {
-  char text[32] = "";
-  if (value != 0 || (options & FO_OPTIONAL) == 0) {
-    snprintf(text, sizeof text, "%d", static_cast<int>(value));
-  }
-  WriteField(text, file, options | FO_UNQUOTED);
-  return 1;
+  return qv::WriteText(qv::IntegerFieldText(value, options), file);
 }
 
 int WriteDateTimeField(uint32_t value, QvFile file, uint32_t options) {
-  char text[QV_LINE_SIZE] = "";
-  FormatDateTime(value, text);  // leaves the text empty for 0
-  WriteField(text, file, options & ~FO_UNQUOTED);
-  return 1;
+  return qv::WriteText(qv::DateTimeFieldText(value, options), file);
 }
 
 int FormatVersionQuad(char* destination, const uint32_t* pair) {
@@ -95,41 +170,21 @@ int FormatVersionQuad(char* destination, const uint32_t* pair) {
 }
 
 int WriteVersionQuadField(uint32_t high, uint32_t low, QvFile file, uint32_t options) {
-  char text[32];
-  const uint32_t pair[2] = {high, low};
-  FormatVersionQuad(text, pair);
-  WriteField(text, file, options | FO_UNQUOTED);
-  return 1;
+  return qv::WriteText(qv::VersionQuadFieldText(high, low, options), file);
 }
 
 int WriteFlagString32Field(uint32_t word, QvFile file, uint32_t options) {
-  char text[33];
-  for (int i = 0; i < 32; ++i) {
-    // The first letter is the most significant bit.
-    text[i] = (word & (0x80000000u >> i)) != 0 ? 'Y' : 'N';
-  }
-  text[32] = '\0';
-  WriteField(text, file, options & ~FO_UNQUOTED);
-  return 1;
+  return qv::WriteText(qv::FlagString32FieldText(word, options), file);
 }
 
 int WriteFlagField(uint32_t value, QvFile file, uint32_t options) {
-  char text[2] = {value != 0 ? 'Y' : 'N', '\0'};
-  WriteField(text, file, options | FO_UNQUOTED);
-  return 1;
+  return qv::WriteText(qv::FlagFieldText(value, options), file);
 }
 
 int WriteOsTypeField(int osType, QvFile file, uint32_t options) {
-  static const char* const kNames[] = {"WIN32_S", "WIN32_WINDOWS", "WIN32_NT", "WIN16"};
-  if (osType < 0 || osType > 3) {
-    // The same call as the reader's, line prefix included.
-    ReportError("Unsupported OS Type", 1);
-    return 0;
-  }
-  char text[16];
-  snprintf(text, sizeof text, "%s", kNames[osType]);
-  WriteField(text, file, options & ~FO_UNQUOTED);
-  return 1;
+  qv::FieldText field;
+  if (!qv::OsTypeFieldText(osType, options, &field)) return 0;
+  return qv::WriteText(field, file);
 }
 
 }  // extern "C"

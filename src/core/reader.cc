@@ -56,7 +56,7 @@ int ReadProfileLine(QvFile file, char* buffer, int size) {
 }
 
 void SkipBlanks(char** cursor) {
-  while (qv::IsBlank(**cursor)) ++*cursor;
+  qv::SkipBlankChars(cursor);
 }
 
 void TrimTrailingBlanks(char* text) {
@@ -74,7 +74,7 @@ int FindSection(QvFile file, const char* section) {
   char line[QV_LINE_SIZE];
   while (ReadProfileLine(file, line, sizeof line)) {
     char* p = line;
-    SkipBlanks(&p);
+    qv::SkipBlankChars(&p);
     if (*p != '[') continue;
     char* name = p + 1;
     char* close = strchr(name, ']');

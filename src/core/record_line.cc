@@ -60,7 +60,7 @@ bool ReportTooLong() {
 char* NextContinuation(QvFile file, char* line) {
   ReadProfileLine(file, line, QV_LINE_SIZE);
   char* p = line;
-  SkipBlanks(&p);
+  qv::SkipBlankChars(&p);
   return p;
 }
 
@@ -136,7 +136,7 @@ int ReadRecordLine(QvFile file, char* record, uint32_t* recordFlags, int comment
   for (;;) {
     if (!ReadProfileLine(file, line, sizeof line)) return 0;
     char* p = line;
-    SkipBlanks(&p);
+    qv::SkipBlankChars(&p);
     if (*p == '[') {
       // The next section begins: step back so that its header is read again.
       qv::File::FromHandle(file)->Seek(-static_cast<int64_t>(strlen(line) + 1), SEEK_CUR);

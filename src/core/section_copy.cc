@@ -21,7 +21,7 @@ char AsciiLower(char c) {
 // case; the name runs to the first "]" or to the end of the line).
 bool IsHeaderOf(char* line, const char* section) {
   char* cursor = line;
-  SkipBlanks(&cursor);
+  qv::SkipBlankChars(&cursor);
   if (*cursor != '[') return false;
   const char* name = cursor + 1;
   size_t length = 0;

@@ -10,6 +10,13 @@ inline bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
 }
 
+// Moves the cursor over blanks. The parsers call this for every field (and
+// every letter of a flag string), so it is inline here rather than a call
+// through the exported SkipBlanks.
+inline void SkipBlankChars(char** cursor) {
+  while (IsBlank(**cursor)) ++*cursor;
+}
+
 inline bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }

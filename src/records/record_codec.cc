@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string>
 
+#include "core/field_text.h"
+#include "platform/file.h"
 #include "quorvex/text.h"
 #include "quorvex/writer.h"
 
@@ -49,13 +51,17 @@ bool ParseLineField(const LineField& field, char** cursor, void* record) {
       return ParseVersionQuad(cursor, reinterpret_cast<uint32_t*>(At(record, field.offset)),
                               field.options) == 1;
     case LineSyntax::kOsType: {
-      char name[QV_LINE_SIZE] = "";
+      // Only the first byte needs clearing: every record line has such a
+      // field, and zeroing the whole buffer cost more than parsing it.
+      char name[QV_LINE_SIZE];
+      name[0] = '\0';
       if (!ParseQuotedString(cursor, name, field.options, field.width + 1)) return false;
       SetUnsigned(record, field.offset, field.type, static_cast<uint32_t>(ParseOsType(name)));
       return true;
     }
     case LineSyntax::kDateTime: {
-      char text[QV_LINE_SIZE] = "";
+      char text[QV_LINE_SIZE];
+      text[0] = '\0';
       if (!ParseQuotedString(cursor, text, field.options, field.width + 1)) return false;
       uint32_t value = 0;
       if (!ParseDateTime(&value, text)) return false;
@@ -66,47 +72,72 @@ bool ParseLineField(const LineField& field, char** cursor, void* record) {
   return false;
 }
 
-bool WriteLineField(const LineField& field, const void* record, QvFile file, uint32_t options) {
+bool AppendLineField(const LineField& field, const void* record, uint32_t options,
+                     std::string* out) {
   options |= field.options;
+  FieldText text{"", 0};
   switch (field.syntax) {
     case LineSyntax::kInteger: {
       uint32_t value = GetUnsigned(record, field.offset, field.type);
-      if (field.type == ValueType::kI32) {
-        return WriteIntegerField(static_cast<int32_t>(value), file, options) == 1;
-      }
-      return WriteUnsignedField(value, file, options) == 1;
+      text = field.type == ValueType::kI32 ? IntegerFieldText(static_cast<int32_t>(value), options)
+                                           : UnsignedFieldText(value, options);
+      break;
     }
     case LineSyntax::kText: {
-      // The writer uses its text as scratch: hand it a copy.
-      std::string copy = At(record, field.offset);
-      return WriteField(copy.data(), file, options) == 1;
+      const char* member = At(record, field.offset);
+      AppendFieldBytes(out, member, strlen(member), options);
+      return true;
     }
     case LineSyntax::kFlag:
-      return WriteFlagField(GetUnsigned(record, field.offset, field.type) & field.bit, file,
-                            options) == 1;
+      text = FlagFieldText(GetUnsigned(record, field.offset, field.type) & field.bit, options);
+      break;
     case LineSyntax::kFlagString32:
-      return WriteFlagString32Field(GetUnsigned(record, field.offset, field.type), file, options) ==
-             1;
+      text = FlagString32FieldText(GetUnsigned(record, field.offset, field.type), options);
+      break;
     case LineSyntax::kVersionQuad: {
       const uint32_t* pair = reinterpret_cast<const uint32_t*>(At(record, field.offset));
-      return WriteVersionQuadField(pair[0], pair[1], file, options) == 1;
+      text = VersionQuadFieldText(pair[0], pair[1], options);
+      break;
     }
     case LineSyntax::kOsType:
-      return WriteOsTypeField(static_cast<int>(GetUnsigned(record, field.offset, field.type)), file,
-                              options) == 1;
+      if (!OsTypeFieldText(static_cast<int>(GetUnsigned(record, field.offset, field.type)), options,
+                           &text)) {
+        return false;
+      }
+      break;
     case LineSyntax::kDateTime:
-      return WriteDateTimeField(GetUnsigned(record, field.offset, field.type), file, options) == 1;
+      text = DateTimeFieldText(GetUnsigned(record, field.offset, field.type), options);
+      break;
+    default:
+      return false;
   }
-  return false;
+  AppendFieldBytes(out, text.text, strlen(text.text), text.options);
+  return true;
+}
+
+bool WriteLineField(const LineField& field, const void* record, QvFile file, uint32_t options) {
+  File* out = File::FromHandle(file);
+  if (out == nullptr) return false;
+  std::string bytes;
+  bool named = AppendLineField(field, record, options, &bytes);
+  return out->Write(bytes.data(), bytes.size()) == bytes.size() && named;
 }
 
 void* NewRecord(const KindSchema& schema) {
   void* record = calloc(1, schema.record_size);
-  if (record != nullptr && schema.row_pointer_offset != SIZE_MAX) {
-    void* row = At(record, schema.row_offset);
-    memcpy(At(record, schema.row_pointer_offset), &row, sizeof row);
-  }
+  if (record != nullptr) PointAtOwnRow(schema, record);
   return record;
+}
+
+void PointAtOwnRow(const KindSchema& schema, void* record) {
+  if (schema.row_pointer_offset == SIZE_MAX) return;
+  void* row = At(record, schema.row_offset);
+  memcpy(At(record, schema.row_pointer_offset), &row, sizeof row);
+}
+
+void ClearRecord(const KindSchema& schema, void* record) {
+  memset(record, 0, schema.record_size);
+  PointAtOwnRow(schema, record);
 }
 
 void FreeRecord(void* record) {
@@ -204,12 +235,19 @@ bool InnerFieldsTakeRecordFlags(const KindSchema& schema) {
 
 bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) {
   if (schema.write_line != nullptr) return schema.write_line(record, file);
-  for (size_t i = 0; i < schema.line.size(); ++i) {
-    if (!WriteLineField(schema.line[i], record, file, LineFieldOptions(schema, record, i))) {
-      return false;
-    }
+  File* out = File::FromHandle(file);
+  if (out == nullptr) return false;
+  // The line is put together first and goes out in one write: a rewrite
+  // writes every line of its section, and a write per field cost more than
+  // the fields. A field the writer cannot name ends the line there, as a
+  // field-by-field write would have.
+  static thread_local std::string line;
+  line.clear();
+  bool named = true;
+  for (size_t i = 0; i < schema.line.size() && named; ++i) {
+    named = AppendLineField(schema.line[i], record, LineFieldOptions(schema, record, i), &line);
   }
-  return true;
+  return out->Write(line.data(), line.size()) == line.size() && named;
 }
 
 }  // namespace qv

@@ -4,6 +4,7 @@
 #define QUORVEX_RECORDS_RECORD_CODEC_H_
 
 #include <cstdint>
+#include <string>
 
 #include "quorvex/base.h"
 #include "records/kind_schema.h"
@@ -14,6 +15,11 @@ namespace qv {
 // row; nullptr when memory is short.
 void* NewRecord(const KindSchema& schema);
 void FreeRecord(void* record);
+// Sets a record's row pointer (for kinds that have one) to its own row, as
+// after a copy of another record's bytes.
+void PointAtOwnRow(const KindSchema& schema, void* record);
+// Makes a record what NewRecord gives: zeros, its row pointer on its row.
+void ClearRecord(const KindSchema& schema, void* record);
 
 uint32_t& RecordFlagsOf(const KindSchema& schema, void* record);
 uint32_t RecordFlagsOf(const KindSchema& schema, const void* record);
@@ -45,6 +51,10 @@ bool InnerFieldsTakeRecordFlags(const KindSchema& schema);
 // a value the field cannot name).
 bool ParseLineField(const LineField& field, char** cursor, void* record);
 bool WriteLineField(const LineField& field, const void* record, QvFile file, uint32_t options);
+// The bytes WriteLineField writes, appended to *out; false (reported) for a
+// value the field cannot name, with nothing appended for it.
+bool AppendLineField(const LineField& field, const void* record, uint32_t options,
+                     std::string* out);
 
 // Integer members of any width, read and written as 32-bit values.
 uint32_t GetUnsigned(const void* record, size_t offset, ValueType type);

@@ -1,0 +1,37 @@
+// The bytes of one field of a record line, shared by the C writers (which
+// put each field out with one write) and the record encoder (which puts a
+// whole line together before it goes out).
+#ifndef QUORVEX_CORE_FIELD_TEXT_H_
+#define QUORVEX_CORE_FIELD_TEXT_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace qv {
+
+// Appends what WriteField writes for a text of `length` bytes: the marker
+// for FO_IAO, the quotes unless FO_UNQUOTED, each double quote as a caret
+// and a double quote unless FO_VERBATIM, then a comma or, for
+// FO_END_RECORD, carriage return and line feed. The text is not touched.
+void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_t options);
+
+// A typed field's text, and the options with which its writer hands it to
+// WriteField.
+struct FieldText {
+  char text[64];
+  uint32_t options;
+};
+
+FieldText UnsignedFieldText(uint32_t value, uint32_t options);
+FieldText IntegerFieldText(int32_t value, uint32_t options);
+FieldText DateTimeFieldText(uint32_t value, uint32_t options);
+FieldText VersionQuadFieldText(uint32_t high, uint32_t low, uint32_t options);
+FieldText FlagString32FieldText(uint32_t word, uint32_t options);
+FieldText FlagFieldText(uint32_t value, uint32_t options);
+// False, reported as "Unsupported OS Type", for a code with no name.
+bool OsTypeFieldText(int os_type, uint32_t options, FieldText* text);
+
+}  // namespace qv
+
+#endif  // QUORVEX_CORE_FIELD_TEXT_H_
