@@ -501,6 +501,51 @@ TEST_F(AdFamilyTest, PutGivesANewRecordTheLargestIdPlusOne) {
   EXPECT_TRUE(TempFiles().empty());
 }
 
+// A put reads the section a line at a time instead of into a list; what it
+// writes and reports must be what the complete-list put writes for the same
+// record, broken lines (which Ads keep with the fields that did read) too.
+TEST_F(AdFamilyTest, PutWritesWhatTheCompleteListPutWrites) {
+  const std::string file = std::string(kHead) + kBody +
+                           "9,x,0,\"a\",\"b\",Y,N,N,\"Bad Number\"\r\n"
+                           "11,6,0,\"a\",\"b\",Y,N,X,\"Bad Flag\"\r\n"
+                           "12,0,0,\"" +
+                           std::string(45, 'x') + "\",b,Y,N,N,\"Long and bare\"\r\n" + kTail;
+  struct Case {
+    uint32_t id;
+    const char* name;
+  };
+  for (const Case& c : {Case{0, "New"}, Case{0, "old offer"}, Case{5, ""}, Case{12, "Other"},
+                        Case{40, ""}, Case{0, ""}}) {
+    SCOPED_TRACE(std::string(c.name) + " " + std::to_string(c.id));
+    WriteAds(file);
+    OpenLocked();
+    RecordPtr one = NewAd(c.id, c.name, AD_LOCAL, 1, 2, "t1", "t2");
+    ASSERT_EQ(MPPutAD(one.get()), 1);
+    const std::string streamed = Ads();
+    const std::vector<std::string> streamed_errors = Errors();
+    CloseMasterProfile();
+    host_.Clear();
+
+    WriteAds(file);
+    OpenLocked();
+    RecordPtr two = NewAd(c.id, c.name, AD_LOCAL, 1, 2, "t1", "t2");
+    ADList* list = nullptr;
+    ASSERT_EQ(MPNewADList(&list), 1);
+    ListPtr owned(list);
+    ADRecord* copy = nullptr;
+    ASSERT_EQ(MPCopyAD(&copy, two.get(), 0, nullptr), 1);
+    ASSERT_EQ(MPAppendAD(list, copy), 1);
+    ASSERT_EQ(MPPutADCompleteList(list), 1);
+    EXPECT_EQ(streamed, Ads());
+    EXPECT_EQ(streamed_errors, Errors());
+    if (c.id == 0) {
+      EXPECT_EQ(one->row.id, Records(list)[0]->row.id);
+    }
+    CloseMasterProfile();
+    host_.Clear();
+  }
+}
+
 TEST_F(AdFamilyTest, PutIntoAnEmptySectionStartsAtOne) {
   OpenLocked();
   const std::string fresh = "\n[SourceSafe]\n$Header$\n\n[Ads]\n";

@@ -129,12 +129,50 @@ int WriteAdList(ADList* list) {
   return WriteKindSection(AdSchema(), Owner{}, list) ? 1 : 0;
 }
 
+// The put without a list of the section, as the list would have it: the
+// record takes the place (and keeps the id, row reference, name and line)
+// of the first stored record with its name or its id; without either it is
+// added at the end, a record without an id getting the largest id + 1,
+// which the caller's record is given as well.
+int PutAdStreamed(ADRecord* record, bool* written) {
+  const uint32_t id = record->row.id;
+  uint32_t next = 1;
+  ADRecord* added = nullptr;
+  if (!MPCopyAD(&added, record, 0, nullptr)) return 0;
+  if (id == 0) added->row.id = next;
+  bool rewritten = false;
+  bool read = PutIntoSection(
+      AdSchema(), Owner{}, added,
+      [&](const void* stored) {
+        const auto* ad = static_cast<const ADRecord*>(stored);
+        if (ad->row.id >= next) next = ad->row.id + 1;
+        if (id == 0) added->row.id = next;
+        if (record->name[0] != '\0' && strcasecmp(record->name, ad->name) == 0) return true;
+        return id != 0 && ad->row.id == id;
+      },
+      [](void* copy, const void* stored) {
+        auto* replacing = static_cast<ADRecord*>(copy);
+        const auto* old = static_cast<const ADRecord*>(stored);
+        replacing->row.id = old->row.id;
+        replacing->row.rowReference = old->row.rowReference;
+        memcpy(replacing->name, old->name, sizeof replacing->name);
+        replacing->lineNumber = old->lineNumber;
+      },
+      &rewritten);
+  MPFreeAD(added);
+  if (!read) return 0;
+  if (id == 0) record->row.id = next;
+  if (written != nullptr) *written = rewritten;
+  return 1;
+}
+
 // MPPutAD, telling in *written (when given) whether the file was
 // rewritten: the put's result is 1 either way.
 int PutAd(ADRecord* record, bool* written) {
   if (written != nullptr) *written = false;
   if (!RequireLockedProfile()) return 0;
   if (!RecordFitsLine(AdSchema(), record)) return 0;
+  if (!IsOrvikProfile() && CanPutIntoSection(AdSchema())) return PutAdStreamed(record, written);
   ADList* list = nullptr;
   if (!MPGetADCompleteList(&list, MODE_UPDATE)) {
     MPFreeADList(list);

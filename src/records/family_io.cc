@@ -160,9 +160,7 @@ bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* 
 }
 
 bool CanPutIntoSection(const KindSchema& schema) {
-  return schema.takes_line == nullptr && schema.row_pointer_offset == SIZE_MAX &&
-         schema.failed_line == KindSchema::FailedLine::kFailRead &&
-         !InnerFieldsTakeRecordFlags(schema);
+  return schema.takes_line == nullptr && !InnerFieldsTakeRecordFlags(schema);
 }
 
 bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* record,
@@ -187,14 +185,19 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
               ScanSectionRecords(
                   schema, input, owner,
                   [&] {
-                    memset(scratch.get(), 0, schema.record_size);
+                    // What a list's read would hand over: a line that parsed
+                    // only in part writes back the same from here.
+                    ClearRecord(schema, scratch.get());
                     return scratch.get();
                   },
                   [&](void* stored) {
                     const void* line = stored;
-                    if (!replaced && replaces(stored)) {
+                    // Every stored record is shown to `replaces`, also after
+                    // the one it named.
+                    if (replaces(stored) && !replaced) {
                       // The record takes the stored one's place and identity.
                       memcpy(copy.get(), record, schema.record_size);
+                      PointAtOwnRow(schema, copy.get());
                       keep_identity(copy.get(), stored);
                       line = copy.get();
                       replaced = true;

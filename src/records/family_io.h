@@ -57,10 +57,12 @@ bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* 
 // A put of one record that streams the section instead of reading it into
 // a list: the first stored record that `replaces` names is written as the
 // record with the stored one's identity (`keep_identity` on a copy), and
-// the record goes at the section's end when none is. False when the
-// section does not read (reported; nothing written); *rewritten tells
-// whether the file was rewritten. For the kinds CanPutIntoSection allows:
-// each line is its own record, and every line read writes back as it read.
+// the record goes at the section's end when none is. `replaces` sees every
+// stored record in file order, also those after the first it names. False
+// when the section does not read (reported; nothing written); *rewritten
+// tells whether the file was rewritten. For the kinds CanPutIntoSection
+// allows: each line is its own record, and it writes back as a list's read
+// of it would (a line of which only some fields parse included).
 bool CanPutIntoSection(const KindSchema& schema);
 bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* record,
                     const std::function<bool(const void* stored)>& replaces,
