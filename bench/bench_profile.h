@@ -3,6 +3,10 @@
 #ifndef QUORVEX_BENCH_BENCH_PROFILE_H_
 #define QUORVEX_BENCH_BENCH_PROFILE_H_
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -12,6 +16,27 @@
 #include "quorvex/quorvex.h"
 
 namespace qvbench {
+
+// The least a rewrite of a file costs, in seconds: read it, write a copy,
+// make the copy durable, rename it into place (the copy is then removed).
+// The put benchmarks measure their ratio against this, in the same run.
+inline double CopySeconds(const std::string& path) {
+  auto start = std::chrono::steady_clock::now();
+  std::string copy = path + ".copy";
+  {
+    std::ifstream in(path, std::ios::binary);
+    std::ofstream out(copy, std::ios::binary);
+    out << in.rdbuf();
+  }
+  int fd = open(copy.c_str(), O_RDONLY);
+  if (fd >= 0) {
+    fsync(fd);
+    close(fd);
+  }
+  std::filesystem::rename(copy, path + ".moved");
+  std::filesystem::remove(path + ".moved");
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
 
 inline bool OpenAt(const std::string& path, uint32_t flags) {
   char in_out[QV_PATH_SIZE];

@@ -3,8 +3,6 @@
 // one: what a put must do at the least). The counter "ratio" is the put's
 // time over the copy's, measured in the same run on the same disk.
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
@@ -29,26 +27,6 @@ ModuleProfile& ProfileOf(int files) {
   return *profile;
 }
 
-// The least a rewrite of the file costs: read it, write a copy, make the
-// copy durable, rename it into place.
-double CopySeconds(const std::string& path) {
-  auto start = std::chrono::steady_clock::now();
-  std::string copy = path + ".copy";
-  {
-    std::ifstream in(path, std::ios::binary);
-    std::ofstream out(copy, std::ios::binary);
-    out << in.rdbuf();
-  }
-  int fd = open(copy.c_str(), O_RDONLY);
-  if (fd >= 0) {
-    fsync(fd);
-    close(fd);
-  }
-  std::filesystem::rename(copy, path + ".moved");
-  std::filesystem::remove(path + ".moved");
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 void BM_PutShippedFile(benchmark::State& state) {
   const int files = static_cast<int>(state.range(0));
   ModuleProfile& profile = ProfileOf(files);
@@ -71,7 +49,7 @@ void BM_PutShippedFile(benchmark::State& state) {
     if (MPPutSF(record) != 1) state.SkipWithError("put failed");
     put_seconds += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     state.PauseTiming();
-    copy_seconds += CopySeconds(profile.module_file());
+    copy_seconds += qvbench::CopySeconds(profile.module_file());
     state.ResumeTiming();
   }
   MPFreeSF(record);
