@@ -15,6 +15,11 @@ namespace qv {
 // and a double quote unless FO_VERBATIM, then a comma or, for
 // FO_END_RECORD, carriage return and line feed. The text is not touched.
 void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_t options);
+// The same bytes written at `at`, which has room for FieldBytesRoom(length)
+// of them; returns the end of what was written. A caller that puts a whole
+// line together makes room for all its fields at once.
+char* PutFieldBytes(char* at, const char* text, size_t length, uint32_t options);
+size_t FieldBytesRoom(size_t length);
 
 // A typed field's text, and the options with which its writer hands it to
 // WriteField.

@@ -19,29 +19,47 @@
 
 namespace qv {
 
-void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_t options) {
+size_t FieldBytesRoom(size_t length) {
+  return 5 + 2 + 2 * length + 2;
+}
+
+char* PutFieldBytes(char* at, const char* text, size_t length, uint32_t options) {
   if (length == 0 && (options & FO_OPTIONAL) != 0) options |= FO_UNQUOTED;
-  if ((options & FO_IAO) != 0) out->append(";IAO;", 5);
-  if ((options & FO_UNQUOTED) == 0) out->push_back('"');
+  auto put = [&at](const char* bytes, size_t n) {
+    memcpy(at, bytes, n);
+    at += n;
+  };
+  if ((options & FO_IAO) != 0) put(";IAO;", 5);
+  if ((options & FO_UNQUOTED) == 0) *at++ = '"';
   if ((options & FO_VERBATIM) != 0) {
-    out->append(text, length);
+    put(text, length);
   } else {
     for (const char* quote = static_cast<const char*>(memchr(text, '"', length)); quote != nullptr;
          quote = static_cast<const char*>(memchr(text, '"', length))) {
       const size_t before = static_cast<size_t>(quote - text);
-      out->append(text, before);
-      out->append("^\"", 2);
+      put(text, before);
+      *at++ = '^';
+      *at++ = '"';
       text = quote + 1;
       length -= before + 1;
     }
-    out->append(text, length);
+    put(text, length);
   }
-  if ((options & FO_UNQUOTED) == 0) out->push_back('"');
+  if ((options & FO_UNQUOTED) == 0) *at++ = '"';
   if ((options & FO_END_RECORD) != 0) {
-    out->append("\r\n", 2);
+    *at++ = '\r';
+    *at++ = '\n';
   } else {
-    out->push_back(',');
+    *at++ = ',';
   }
+  return at;
+}
+
+void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_t options) {
+  const size_t start = out->size();
+  out->resize(start + FieldBytesRoom(length));
+  char* end = PutFieldBytes(out->data() + start, text, length, options);
+  out->resize(static_cast<size_t>(end - out->data()));
 }
 
 FieldText UnsignedFieldText(uint32_t value, uint32_t options) {

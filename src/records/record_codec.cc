@@ -72,21 +72,31 @@ bool ParseLineField(const LineField& field, char** cursor, void* record) {
   return false;
 }
 
-bool AppendLineField(const LineField& field, const void* record, uint32_t options,
-                     std::string* out) {
+// Room for the bytes of one field: a text's own length, or the most a
+// typed field's text can be.
+size_t LineFieldRoom(const LineField& field, const void* record) {
+  if (field.syntax == LineSyntax::kText) return FieldBytesRoom(strlen(At(record, field.offset)));
+  return FieldBytesRoom(sizeof(FieldText::text));
+}
+
+// Writes the field's bytes at `at` (with LineFieldRoom there) and returns
+// their end; *named is false, reported, for a value the field cannot name,
+// which writes nothing.
+char* PutLineField(const LineField& field, const void* record, uint32_t options, char* at,
+                   bool* named) {
+  *named = true;
   options |= field.options;
-  FieldText text{"", 0};
+  FieldText text{};
   switch (field.syntax) {
+    case LineSyntax::kText: {
+      const char* member = At(record, field.offset);
+      return PutFieldBytes(at, member, strlen(member), options);
+    }
     case LineSyntax::kInteger: {
       uint32_t value = GetUnsigned(record, field.offset, field.type);
       text = field.type == ValueType::kI32 ? IntegerFieldText(static_cast<int32_t>(value), options)
                                            : UnsignedFieldText(value, options);
       break;
-    }
-    case LineSyntax::kText: {
-      const char* member = At(record, field.offset);
-      AppendFieldBytes(out, member, strlen(member), options);
-      return true;
     }
     case LineSyntax::kFlag:
       text = FlagFieldText(GetUnsigned(record, field.offset, field.type) & field.bit, options);
@@ -102,17 +112,28 @@ bool AppendLineField(const LineField& field, const void* record, uint32_t option
     case LineSyntax::kOsType:
       if (!OsTypeFieldText(static_cast<int>(GetUnsigned(record, field.offset, field.type)), options,
                            &text)) {
-        return false;
+        *named = false;
+        return at;
       }
       break;
     case LineSyntax::kDateTime:
       text = DateTimeFieldText(GetUnsigned(record, field.offset, field.type), options);
       break;
     default:
-      return false;
+      *named = false;
+      return at;
   }
-  AppendFieldBytes(out, text.text, strlen(text.text), text.options);
-  return true;
+  return PutFieldBytes(at, text.text, strlen(text.text), text.options);
+}
+
+bool AppendLineField(const LineField& field, const void* record, uint32_t options,
+                     std::string* out) {
+  const size_t start = out->size();
+  out->resize(start + LineFieldRoom(field, record));
+  bool named = true;
+  char* end = PutLineField(field, record, options, out->data() + start, &named);
+  out->resize(static_cast<size_t>(end - out->data()));
+  return named;
 }
 
 bool WriteLineField(const LineField& field, const void* record, QvFile file, uint32_t options) {
@@ -242,11 +263,15 @@ bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) 
   // the fields. A field the writer cannot name ends the line there, as a
   // field-by-field write would have.
   static thread_local std::string line;
-  line.clear();
+  size_t room = 0;
+  for (const LineField& field : schema.line) room += LineFieldRoom(field, record);
+  line.resize(room);
+  char* at = line.data();
   bool named = true;
   for (size_t i = 0; i < schema.line.size() && named; ++i) {
-    named = AppendLineField(schema.line[i], record, LineFieldOptions(schema, record, i), &line);
+    at = PutLineField(schema.line[i], record, LineFieldOptions(schema, record, i), at, &named);
   }
+  line.resize(static_cast<size_t>(at - line.data()));
   return out->Write(line.data(), line.size()) == line.size() && named;
 }
 
