@@ -1,6 +1,7 @@
 #include "records/file_text_scan.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -21,6 +22,29 @@ bool IsTextByte(unsigned char c) {
   return c == '\t' || (c >= 0x20 && c != 0x7F);
 }
 
+// Whether every byte is text and none a tab: eight bytes at a time, since
+// check looks at every byte of the profile. A byte below 0x20 or 0x7F in a
+// word makes the tests below say so (they may also flag a word that holds a
+// tab, which the caller then looks at byte by byte).
+bool AllPlainText(const char* bytes, size_t length) {
+  constexpr uint64_t kOnes = 0x0101010101010101ull;
+  constexpr uint64_t kHighs = 0x8080808080808080ull;
+  size_t i = 0;
+  for (; i + 8 <= length; i += 8) {
+    uint64_t word;
+    memcpy(&word, bytes + i, 8);
+    const uint64_t below_space = (word - kOnes * 0x20) & ~word & kHighs;
+    const uint64_t del = word ^ (kOnes * 0x7F);
+    const uint64_t is_del = (del - kOnes) & ~del & kHighs;
+    if ((below_space | is_del) != 0) return false;
+  }
+  for (; i < length; ++i) {
+    const auto c = static_cast<unsigned char>(bytes[i]);
+    if (c < 0x20 || c == 0x7F) return false;
+  }
+  return true;
+}
+
 std::string Describe(unsigned char c) {
   char text[8];
   snprintf(text, sizeof text, "0x%02X", c);
@@ -33,10 +57,8 @@ std::string Describe(unsigned char c) {
 std::vector<int> ReaderLines(const std::string& bytes) {
   std::vector<int> lines;
   size_t position = 0;
-  size_t counted = 0;  // bytes whose line feeds are in `line`
   int line = 1;
   while (position < bytes.size()) {
-    for (; counted < position; ++counted) line += bytes[counted] == '\n';
     lines.push_back(line);
     size_t length = std::min(kReadSize, bytes.size() - position);
     const char* start = bytes.data() + position;
@@ -44,6 +66,10 @@ std::vector<int> ReaderLines(const std::string& bytes) {
     const void* feed = memchr(start, '\n', text);
     const size_t end =
         feed != nullptr ? static_cast<size_t>(static_cast<const char*>(feed) - start) : text;
+    // The read took the bytes up to `end` and the byte there: a line feed
+    // there (its own, or the byte a cut line loses) starts the next line.
+    // There is none before it.
+    if (position + end < bytes.size() && bytes[position + end] == '\n') ++line;
     position += end + 1;
   }
   return lines;
@@ -64,10 +90,7 @@ void CheckBytes(FileTextScan* scan, const std::string& path, int number, const c
   // A carriage return belongs to the line end written on Windows.
   const size_t checked =
       before_feed && length > 0 && line[length - 1] == '\r' ? length - 1 : length;
-  // Most lines are all text: a count without branches says so quickly.
-  size_t others = 0;
-  for (size_t i = 0; i < checked; ++i) others += !IsTextByte(static_cast<unsigned char>(line[i]));
-  if (others == 0) return;
+  if (AllPlainText(line, checked)) return;
   size_t first = length;
   int count = 0;
   for (size_t i = 0; i < length; ++i) {

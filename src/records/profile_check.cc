@@ -6,9 +6,11 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <unordered_map>
 
 #include "core/report_capture.h"
 #include "core/state.h"
+#include "core/text_chars.h"
 #include "platform/file.h"
 #include "profile/profile_files.h"
 #include "quorvex/text.h"
@@ -178,7 +180,7 @@ class FileChecker {
         !apis.empty() ? apis[0]->schema->kind->code : KindCodeOf(file_kind_.c_str(), section);
     std::map<const KindApi*, std::vector<const MemberSpec*>> keys;
     for (const KindApi* api : apis) keys[api] = KeyMembers(*api);
-    std::map<std::string, int> key_lines;
+    std::unordered_map<std::string, int> key_lines;
     char line[QV_LINE_SIZE];
     uint32_t flags = 0;
     int cut_line = 0;
@@ -205,7 +207,7 @@ class FileChecker {
 
   void CheckRecord(const KindApi& api, char* line, uint32_t flags, int here,
                    const std::vector<const MemberSpec*>& keys,
-                   std::map<std::string, int>* key_lines) {
+                   std::unordered_map<std::string, int>* key_lines) {
     const KindSchema& schema = *api.schema;
     void* record = NewRecord(schema);
     if (record == nullptr) return;
@@ -213,20 +215,28 @@ class FileChecker {
     if (schema.set_owner != nullptr) schema.set_owner(record, "", "");
     DecodeRecordLine(schema, line, record);
     TakeReports(schema.kind->code, here);
-    // Kinds that share a section keep their keys apart.
-    std::string key = std::string(schema.kind->code) + '\x1f';
-    std::string shown;
+    // Kinds that share a section keep their keys apart. Every record of the
+    // profile passes here: the key is built in one string, and the text that
+    // names a duplicate only for one.
+    key_.assign(schema.kind->code);
+    key_ += '\x1f';
     bool empty = true;
     for (const MemberSpec* member : keys) {
-      std::string text = MemberText(*member, record);
-      empty = empty && text.empty();
-      key += Folded(text) + '\x1f';
-      shown += std::string(shown.empty() ? "" : " ") + member->name + "=\"" + text + "\"";
+      const size_t start = key_.size();
+      key_ += MemberText(*member, record);
+      empty = empty && key_.size() == start;
+      for (size_t i = start; i < key_.size(); ++i) key_[i] = AsciiLower(key_[i]);
+      key_ += '\x1f';
     }
     // A record without a key (a message line without "=") is reported as such.
     if (!keys.empty() && !empty) {
-      auto [at, fresh] = key_lines->emplace(key, here);
+      auto [at, fresh] = key_lines->emplace(key_, here);
       if (!fresh) {
+        std::string shown;
+        for (const MemberSpec* member : keys) {
+          shown += std::string(shown.empty() ? "" : " ") + member->name + "=\"" +
+                   MemberText(*member, record) + "\"";
+        }
         Add(here, kDuplicateProblem,
             std::string(schema.kind->code) + " " + shown + " again (first at line " +
                 std::to_string(at->second) + ")");
@@ -236,6 +246,7 @@ class FileChecker {
     FreeRecord(record);
   }
 
+  std::string key_;  // the key of the record being checked
   std::string path_;
   std::string file_kind_;
   ReferenceIndex* references_;

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <cstring>
 
+#include "core/text_chars.h"
 #include "records/record_codec.h"
 
 namespace qv {
@@ -62,7 +63,7 @@ std::string MemberText(const MemberSpec& member, const void* record) {
 }
 
 std::string Folded(std::string text) {
-  for (char& c : text) c = static_cast<char>(tolower(static_cast<unsigned char>(c)));
+  for (char& c : text) c = AsciiLower(c);
   return text;
 }
 
