@@ -6,6 +6,7 @@
 #include "core/report_capture.h"
 #include "platform/file.h"
 #include "platform/fs.h"
+#include "platform/held_file.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 #include "quorvex/writer.h"
@@ -127,6 +128,11 @@ bool SectionRewrite::Complete() {
   CloseFiles();
   finished_ = true;
   if (!written || QvReplaceProfileFile(temporary_path_.c_str(), profile_path_.c_str()) == 0) {
+    // The temporary file stays, with the new content, but its name is let
+    // go: held, it would keep a descriptor open and the name taken for the
+    // rest of the process, and a long run of failed writes would use up
+    // both.
+    ReleaseHeldName(ResolvePath(temporary_path_));
     char message[QV_LINE_SIZE];
     snprintf(message, sizeof message,
              "File %s cannot be written over, you may not have it checked out, and/or the "
