@@ -1,8 +1,10 @@
 // File-system services on Windows.
 //
-// The file system ignores case by itself, so a path needs only its
-// separators made native. Attributes are the real read-only attribute, and
-// replacing a file is a rename over it with MoveFileEx.
+// The file system ignores case by itself, but a path is still resolved to
+// the spelling its files are stored under: the engine keeps files it has
+// staged or holds by their host path, and two spellings of one file must
+// name it alike. Attributes are the real read-only attribute, and replacing
+// a file is a rename over it with MoveFileEx.
 
 #include <algorithm>
 #include <cerrno>
@@ -45,6 +47,18 @@ std::string MakeTempBeside(const std::string& target) {
   return std::string();
 }
 
+// The name a folder entry is stored under, for the entry of dir (which
+// ends in a separator, or is empty for the current folder) whose name is
+// component without regard to case; "" when there is none.
+std::string StoredName(const std::string& dir, const std::string& component) {
+  if (component.find_first_of("*?") != std::string::npos) return std::string();
+  WIN32_FIND_DATAA data;
+  HANDLE h = FindFirstFileA((dir + component).c_str(), &data);
+  if (h == INVALID_HANDLE_VALUE) return std::string();
+  FindClose(h);
+  return data.cFileName;
+}
+
 }  // namespace
 
 bool IsSeparator(char c) {
@@ -55,17 +69,43 @@ std::string ResolvePath(const std::string& path) {
   std::string result;
   result.reserve(path.size());
   size_t i = 0;
-  // A UNC name keeps its two leading separators.
+  auto skip_separators = [&] {
+    while (i < path.size() && IsSeparator(path[i])) ++i;
+  };
+  // The name of a server and share, or a drive, is kept as given.
+  int kept = 0;
   if (path.size() >= 2 && IsSeparator(path[0]) && IsSeparator(path[1])) {
     result = "\\\\";
     i = 2;
+    kept = 2;
+  } else if (path.size() >= 2 && path[1] == ':') {
+    result = path.substr(0, 2);
+    i = 2;
   }
-  for (; i < path.size(); ++i) {
-    if (IsSeparator(path[i])) {
-      if (!result.empty() && result.back() == '\\' && result.size() > 2) continue;
+  if (i < path.size() && IsSeparator(path[i])) {
+    result.push_back('\\');
+    skip_separators();
+  }
+  bool exists = true;  // false once a component is missing: nothing below it exists
+  while (i < path.size()) {
+    size_t j = i;
+    while (j < path.size() && !IsSeparator(path[j])) ++j;
+    std::string component = path.substr(i, j - i);
+    if (kept > 0) {
+      --kept;
+    } else if (exists && component != "." && component != "..") {
+      std::string found = StoredName(result, component);
+      if (found.empty()) {
+        exists = false;
+      } else {
+        component = found;
+      }
+    }
+    result += component;
+    i = j;
+    if (i < path.size()) {
       result.push_back('\\');
-    } else {
-      result.push_back(path[i]);
+      skip_separators();
     }
   }
   return result;
