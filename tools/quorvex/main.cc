@@ -62,6 +62,11 @@ int main(int argc, char** argv) {
   qv::UseBinaryStandardStreams();
   CLI::App app{"quorvex: read and change Master Profiles and Orvik profiles", "quorvex"};
   app.require_subcommand(1);
+  // Options are "-x" and "--name" on every system: on Windows the parser
+  // would also take "/name" for an option, and then a path such as
+  // "/work/adlist.ad" or a project such as "$/MP" given as an argument would
+  // go missing.
+  app.allow_windows_style_options(false);
   auto formatter = std::make_shared<Formatter>();
   formatter->label("SUBCOMMAND", "COMMAND");
   formatter->label("SUBCOMMANDS", "COMMANDS");
