@@ -182,8 +182,7 @@ TEST_F(CatalogueTest, NamedFixedFileIsListedUnderItsName) {
 
 TEST_F(CatalogueTest, FixedFileThatCannotBeOpenedGivesTheFailedHandle) {
   qvtest::MakeDirs(profile_.Join("ADS"));
-  // A dangling link is found by the search but cannot be opened.
-  std::filesystem::create_symlink(profile_.Join("ADS/gone.ad"), profile_.Join("ADS/adlist.ad"));
+  qvtest::UnopenableFile unopenable(profile_.Join("ADS/adlist.ad"));
   QvFile file = Open("", "", "AD");
   EXPECT_EQ(file, QV_FAILED_FILE);
   std::string expected = ProfilePath("ADS", "adlist.ad");
@@ -194,7 +193,7 @@ TEST_F(CatalogueTest, FixedFileThatCannotBeOpenedGivesTheFailedHandle) {
 
 TEST_F(CatalogueTest, FailedHandleAfterCheckOutIsReportedAndReturned) {
   qvtest::MakeDirs(profile_.Join("ADS"));
-  std::filesystem::create_symlink(profile_.Join("ADS/gone.ad"), profile_.Join("ADS/adlist.ad"));
+  qvtest::UnopenableFile unopenable(profile_.Join("ADS/adlist.ad"));
   QvFile file = Open("", "", "AD", MODE_UPDATE);
   EXPECT_EQ(file, QV_FAILED_FILE);
   std::string expected = ProfilePath("ADS", "adlist.ad");
@@ -337,7 +336,7 @@ TEST_F(CatalogueTest, WithoutSecondKeyOnlyTheNameIsRead) {
 
 TEST_F(CatalogueTest, PerOwnerFileThatCannotBeOpenedIsPassedOver) {
   qvtest::MakeDirs(profile_.Join("products"));
-  std::filesystem::create_symlink(profile_.Join("products/gone"), profile_.Join("products/a.pr"));
+  qvtest::UnopenableFile unopenable(profile_.Join("products/a.pr"));
   profile_.Write("products/b.pr", "[Product]\r\n\"Suite\",\"1\"\r\n");
   QvFile file = Open("Suite", "1", "PR");
   ASSERT_TRUE(QvFileIsOpen(file));

@@ -157,7 +157,7 @@ class HostileFaultsTest : public ::testing::Test {
   // A fresh copy of the example profile, opened locked.
   void Fresh(uint32_t flags = OPEN_MASTER | OPEN_NO_VCS | OPEN_LOCK) {
     CloseMasterProfile();
-    fs::remove_all(dir_);
+    qvtest::RemoveTree(dir_);
     fs::copy(std::string(QUORVEX_SOURCE_DIR) + "/examples/profile", dir_,
              fs::copy_options::recursive);
     ASSERT_EQ(qvtest::OpenProfileAt(dir_, flags), 1);

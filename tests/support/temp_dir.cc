@@ -9,6 +9,9 @@
 
 #include "platform/environment.h"
 #include "platform/fs.h"
+#ifdef _WIN32
+#include "platform/win32.h"
+#endif
 
 namespace qvtest {
 
@@ -25,21 +28,27 @@ TempDir::TempDir() {
 }
 
 TempDir::~TempDir() {
-  std::error_code ec;
-  // Tests make files read-only; give write access back so removal works.
-  for (auto it = fs::recursive_directory_iterator(path_, ec); !ec && it != fs::end(it);
-       it.increment(ec)) {
-    fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
-  }
-  fs::remove_all(path_, ec);
+  RemoveTree(path_);
 }
+
+namespace {
+
+// The engine reports every path with the host's own separator, so the
+// paths tests build must use it too to compare equal.
+#ifdef _WIN32
+constexpr char kSeparator = '\\';
+#else
+constexpr char kSeparator = '/';
+#endif
+
+}  // namespace
 
 std::string TempDir::Join(const std::string& relative) const {
   std::string r = relative;
   for (char& c : r) {
-    if (c == '\\') c = '/';
+    if (c == '\\' || c == '/') c = kSeparator;
   }
-  return path_ + "/" + r;
+  return path_ + kSeparator + r;
 }
 
 std::string TempDir::Write(const std::string& relative, const std::string& content) const {
@@ -70,6 +79,17 @@ void MakeDirs(const std::string& path) {
   fs::create_directories(path, ec);
 }
 
+void RemoveTree(const std::string& path) {
+  std::error_code ec;
+  // Tests make files read-only; give write access back so removal works
+  // (Windows refuses to delete a read-only file).
+  for (auto it = fs::recursive_directory_iterator(path, ec); !ec && it != fs::end(it);
+       it.increment(ec)) {
+    fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
+  }
+  fs::remove_all(path, ec);
+}
+
 bool PathExists(const std::string& path) {
   std::error_code ec;
   return fs::exists(path, ec);
@@ -87,5 +107,26 @@ void MakeReadOnly(const std::string& path) {
   fs::permissions(path, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
                   fs::perm_options::remove, ec);
 }
+
+#ifdef _WIN32
+UnopenableFile::UnopenableFile(const std::string& path) {
+  HANDLE h = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                         FILE_ATTRIBUTE_NORMAL, nullptr);
+  EXPECT_NE(h, INVALID_HANDLE_VALUE) << path;
+  if (h != INVALID_HANDLE_VALUE) handle_ = h;
+}
+
+UnopenableFile::~UnopenableFile() {
+  if (handle_ != nullptr) CloseHandle(static_cast<HANDLE>(handle_));
+}
+#else
+UnopenableFile::UnopenableFile(const std::string& path) {
+  std::error_code ec;
+  fs::create_symlink(path + ".gone", path, ec);
+  EXPECT_FALSE(ec) << path << ": " << ec.message();
+}
+
+UnopenableFile::~UnopenableFile() = default;
+#endif
 
 }  // namespace qvtest

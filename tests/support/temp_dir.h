@@ -18,7 +18,8 @@ class TempDir {
   TempDir& operator=(const TempDir&) = delete;
 
   const std::string& path() const { return path_; }
-  // path() + "/" + relative, with "\" turned into "/".
+  // path() + separator + relative, every separator in relative made the
+  // host's own ("/" on POSIX, "\" on Windows).
   std::string Join(const std::string& relative) const;
   // Writes a file (creating its folders) below the folder; returns its path.
   std::string Write(const std::string& relative, const std::string& content) const;
@@ -31,11 +32,27 @@ class TempDir {
 std::string ReadFileBytes(const std::string& path);
 void WriteFileBytes(const std::string& path, const std::string& content);
 void MakeDirs(const std::string& path);
+// Removes a folder and everything below it, read-only files included.
+void RemoveTree(const std::string& path);
 bool PathExists(const std::string& path);
 // The read-only attribute as the engine sees it: no write bit in the mode.
 bool IsReadOnly(const std::string& path);
 // Clears every write bit, as a checked-in working file has them.
 void MakeReadOnly(const std::string& path);
+
+// A file that a folder search finds but that cannot be opened, for as long
+// as the object lives: a dangling symbolic link on POSIX; on Windows, where
+// making a link takes a privilege, a file held open with no sharing allowed.
+class UnopenableFile {
+ public:
+  explicit UnopenableFile(const std::string& path);
+  ~UnopenableFile();
+  UnopenableFile(const UnopenableFile&) = delete;
+  UnopenableFile& operator=(const UnopenableFile&) = delete;
+
+ private:
+  void* handle_ = nullptr;  // the holding handle on Windows
+};
 
 }  // namespace qvtest
 
