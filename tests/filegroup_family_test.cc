@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/fs.h"
 #include "profile/profile_files.h"
 #include "quorvex/quorvex.h"
 #include "records/filegroup_families.h"
@@ -145,9 +146,14 @@ TEST_F(FileGroupTest, RenamingLeavesNoReferenceToTheOldNameInAnyFile) {
        "\"%INSTALL%\\tool.exe\",\"\",\"\",\"\",\"\",\"Tool\",Y,N,N,\"\",\"Tool icon\"\n");
   ASSERT_EQ(MPRenameFG("Core", "1.0", "Oldgrp", 0, 0, "Newgrp"), 1);
   EXPECT_TRUE(host_.errors().empty()) << host_.errors()[0];
+  bool new_name_seen = false;  // the files were really read
   for (const qv::ProfileFileFound& found : qv::ListProfileFiles(dir_.c_str())) {
-    EXPECT_EQ(ReadFileBytes(found.path).find("Oldgrp"), std::string::npos) << found.path;
+    std::string bytes = ReadFileBytes(qv::ResolvePath(found.path));
+    // The name as a field of its own: the groups' text ids only spell it.
+    EXPECT_EQ(bytes.find("\"Oldgrp\""), std::string::npos) << found.path;
+    new_name_seen = new_name_seen || bytes.find("\"Newgrp\"") != std::string::npos;
   }
+  EXPECT_TRUE(new_name_seen);
   EXPECT_EQ(Groups(), (std::vector<std::string>{"Newgrp", "Inner", "Deeper"}));
   FGRecord* inner = nullptr;
   ASSERT_EQ(MPGetFG("Core", "1.0", "Inner", &inner), 1);
