@@ -23,7 +23,12 @@ FakeSs::FakeSs() {
   script_path_ = dir_.Join("answers.txt");
   WriteFileBytes(log_path_, "");
   WriteFileBytes(script_path_, "");
-  qv::SetEnvironmentValue("QUORVEX_SS_CLIENT", QUORVEX_FAKE_SS);
+  // Made absolute now, while the current folder is the test's own: under
+  // Wine a path such as "/work/build/fake_ss.exe" names a folder on the
+  // current drive, which a test that changes folder may leave.
+  std::error_code ec;
+  std::string client = std::filesystem::absolute(QUORVEX_FAKE_SS, ec).string();
+  qv::SetEnvironmentValue("QUORVEX_SS_CLIENT", ec ? QUORVEX_FAKE_SS : client.c_str());
   qv::SetEnvironmentValue("QUORVEX_FAKE_SS_LOG", log_path_.c_str());
   qv::SetEnvironmentValue("QUORVEX_FAKE_SS_SCRIPT", script_path_.c_str());
 }

@@ -19,6 +19,7 @@
 
 #include "platform/fs.h"
 #include "platform/names.h"
+#include "platform/terminal.h"
 
 namespace {
 
@@ -33,6 +34,8 @@ std::vector<std::string> Words(const std::string& line) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // The output is handed on byte for byte, as the script's cat does.
+  qv::UseBinaryStandardStreams();
   const char* log = getenv("QUORVEX_FAKE_SS_LOG");
   if (log != nullptr && *log != '\0') {
     const char* command = getenv("QUORVEX_COMMAND_LINE");
