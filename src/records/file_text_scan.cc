@@ -62,10 +62,15 @@ std::vector<int> ReaderLines(const std::string& bytes) {
     lines.push_back(line);
     size_t length = std::min(kReadSize, bytes.size() - position);
     const char* start = bytes.data() + position;
-    const size_t text = strnlen(start, length);  // up to a NUL byte
-    const void* feed = memchr(start, '\n', text);
+    // The read ends at the first line feed or NUL byte. The feed is looked
+    // for first: a NUL is rare, and looking for it over the whole read size
+    // would pass over thousands of bytes for every short line.
+    const void* feed = memchr(start, '\n', length);
+    const size_t limit =
+        feed != nullptr ? static_cast<size_t>(static_cast<const char*>(feed) - start) : length;
+    const void* nul = memchr(start, '\0', limit);
     const size_t end =
-        feed != nullptr ? static_cast<size_t>(static_cast<const char*>(feed) - start) : text;
+        nul != nullptr ? static_cast<size_t>(static_cast<const char*>(nul) - start) : limit;
     // The read took the bytes up to `end` and the byte there: a line feed
     // there (its own, or the byte a cut line loses) starts the next line.
     // There is none before it.
