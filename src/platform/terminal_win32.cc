@@ -1,5 +1,5 @@
-// The terminal defaults of the host hooks on Windows: the console, when
-// the program has one.
+// What the terminal defaults ask of Windows: whether the program has a
+// console to ask at, and standard streams that pass bytes unchanged.
 
 #include <fcntl.h>
 #include <io.h>
@@ -7,24 +7,22 @@
 #include <cstdio>
 
 #include "platform/terminal.h"
+#include "platform/win32.h"
 
 namespace qv {
 
 namespace {
 
-// One line of standard input without its line end; false at the end of input.
-bool ReadInputLine(std::string* line) {
-  line->clear();
-  bool any = false;
-  for (;;) {
-    int c = fgetc(stdin);
-    if (c == EOF) return any;
-    any = true;
-    if (c == '\n') break;
-    *line += static_cast<char>(c);
-  }
-  if (!line->empty() && line->back() == '\r') line->pop_back();
-  return true;
+// Whether the program was built for the graphical subsystem, which gets no
+// console: its standard streams lead nowhere a person would look.
+bool IsGraphicalProgram() {
+  const auto* base = reinterpret_cast<const unsigned char*>(GetModuleHandleA(nullptr));
+  if (base == nullptr) return false;
+  const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+  if (dos->e_magic != IMAGE_DOS_SIGNATURE) return false;
+  const auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+  return nt->Signature == IMAGE_NT_SIGNATURE &&
+         nt->OptionalHeader.Subsystem == IMAGE_SUBSYSTEM_WINDOWS_GUI;
 }
 
 }  // namespace
@@ -33,38 +31,17 @@ bool TerminalIsInteractive() {
   return _isatty(_fileno(stdin)) != 0 && _isatty(_fileno(stderr)) != 0;
 }
 
-bool TerminalAskYesNo(const std::string& caption, const std::string& text, bool default_answer) {
-  TerminalPrint(caption + "\n" + text + "\n");
-  for (;;) {
-    TerminalPrint(default_answer ? "[Y/n] " : "[y/N] ");
-    std::string answer;
-    if (!ReadInputLine(&answer)) {
-      TerminalPrint("\n");
-      return default_answer;
-    }
-    size_t i = answer.find_first_not_of(" \t");
-    if (i == std::string::npos) return default_answer;
-    char c = answer[i];
-    if (c == 'y' || c == 'Y') return true;
-    if (c == 'n' || c == 'N') return false;
-  }
-}
-
-bool TerminalReadLine(const std::string& prompt, std::string* line) {
-  TerminalPrint(prompt);
-  return ReadInputLine(line);
-}
-
 void UseBinaryStandardStreams() {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stderr), _O_BINARY);
 }
 
-void TerminalPrint(const std::string& text) {
-  fflush(stdout);
-  fwrite(text.data(), 1, text.size(), stderr);
-  fflush(stderr);
+bool SystemMessageBox(const std::string& caption, const std::string& text, bool error, bool* yes) {
+  if (!IsGraphicalProgram()) return false;
+  UINT type = MB_YESNO | MB_TASKMODAL | (error ? MB_ICONERROR : MB_ICONQUESTION);
+  *yes = MessageBoxA(nullptr, text.c_str(), caption.c_str(), type) == IDYES;
+  return true;
 }
 
 }  // namespace qv
