@@ -16,6 +16,10 @@ bool DefaultMessageBox(const char* text, const char* caption, QuorvexBoxKind kin
   // error reaches standard error) and a question is declined, which is the
   // answer that changes nothing.
   bool unattended_answer = kind == QV_BOX_ERROR;
+  // A program without a console (a graphical one on Windows) asks in the
+  // system's own box.
+  bool yes = false;
+  if (SystemMessageBox(caption, text, kind == QV_BOX_ERROR, &yes)) return yes;
   if (TerminalIsInteractive()) return TerminalAskYesNo(caption, text, unattended_answer);
   TerminalPrint(std::string(caption) + "\n" + text + "\n");
   return unattended_answer;

@@ -15,6 +15,11 @@ bool TerminalAskYesNo(const std::string& caption, const std::string& text, bool 
 // Prints a prompt and reads one line; false on end of input.
 bool TerminalReadLine(const std::string& prompt, std::string* line);
 void TerminalPrint(const std::string& text);  // to standard error
+// A Yes/No box of the system's own, with no owner window, for a program
+// that has no console to ask at: on Windows, one built for the graphical
+// subsystem. False when there is no such box here; otherwise *yes holds the
+// answer. error marks a report (rather than a question) for the box's icon.
+bool SystemMessageBox(const std::string& caption, const std::string& text, bool error, bool* yes);
 // Makes standard input, output and error pass bytes unchanged (no line-end
 // translation), so that a program's output is the same on every system.
 void UseBinaryStandardStreams();
