@@ -175,11 +175,14 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
   // its line at once: a put into a large section builds no list of it.
   std::unique_ptr<void, void (*)(void*)> scratch(NewRecord(schema), &FreeRecord);
   std::unique_ptr<void, void (*)(void*)> copy(NewRecord(schema), &FreeRecord);
-  File* memory = File::OpenInMemory();
+  // The new section is put together in one buffer that keeps its room from
+  // one put to the next: mapping fresh pages for a large section cost a
+  // put more than writing its lines into them.
+  static thread_local std::string section;
+  section.clear();
   File* in = File::FromHandle(input);
-  if (in->Seek(0, SEEK_END)) memory->Reserve(static_cast<size_t>(in->Tell()) + QV_LINE_SIZE);
+  if (in->Seek(0, SEEK_END)) section.reserve(static_cast<size_t>(in->Tell()) + QV_LINE_SIZE);
   in->Seek(0, SEEK_SET);
-  QvFile section = memory->handle();
   bool replaced = false;
   bool read = scratch != nullptr && copy != nullptr &&
               ScanSectionRecords(
@@ -202,17 +205,15 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
                       line = copy.get();
                       replaced = true;
                     }
-                    WriteRecordLine(schema, line, section);
+                    AppendRecordLine(schema, line, &section);
                     return true;
                   });
   QvCloseFile(input);
-  if (read && !replaced) WriteRecordLine(schema, record, section);
+  if (read && !replaced) AppendRecordLine(schema, record, &section);
   if (read) {
-    const std::string& content = File::FromHandle(section)->memory();
     *rewritten = RewriteKindSection(schema, owner,
-                                    [&](SectionRewrite& rewrite) { rewrite.WriteBlock(content); });
+                                    [&](SectionRewrite& rewrite) { rewrite.WriteBlock(section); });
   }
-  QvCloseFile(section);
   return read;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 
 #include "core/field_text.h"
@@ -254,6 +255,27 @@ bool InnerFieldsTakeRecordFlags(const KindSchema& schema) {
   return false;
 }
 
+bool AppendRecordLine(const KindSchema& schema, const void* record, std::string* out) {
+  if (schema.write_line != nullptr) {
+    std::unique_ptr<File> memory(File::OpenInMemory());
+    bool written = schema.write_line(record, memory->handle());
+    out->append(memory->memory());
+    return written;
+  }
+  // Room for every field at once, each written in place.
+  size_t room = 0;
+  for (const LineField& field : schema.line) room += LineFieldRoom(field, record);
+  const size_t start = out->size();
+  out->resize(start + room);
+  char* at = out->data() + start;
+  bool named = true;
+  for (size_t i = 0; i < schema.line.size() && named; ++i) {
+    at = PutLineField(schema.line[i], record, LineFieldOptions(schema, record, i), at, &named);
+  }
+  out->resize(static_cast<size_t>(at - out->data()));
+  return named;
+}
+
 bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) {
   if (schema.write_line != nullptr) return schema.write_line(record, file);
   File* out = File::FromHandle(file);
@@ -263,15 +285,8 @@ bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) 
   // the fields. A field the writer cannot name ends the line there, as a
   // field-by-field write would have.
   static thread_local std::string line;
-  size_t room = 0;
-  for (const LineField& field : schema.line) room += LineFieldRoom(field, record);
-  line.resize(room);
-  char* at = line.data();
-  bool named = true;
-  for (size_t i = 0; i < schema.line.size() && named; ++i) {
-    at = PutLineField(schema.line[i], record, LineFieldOptions(schema, record, i), at, &named);
-  }
-  line.resize(static_cast<size_t>(at - line.data()));
+  line.clear();
+  bool named = AppendRecordLine(schema, record, &line);
   return out->Write(line.data(), line.size()) == line.size() && named;
 }
 

@@ -40,6 +40,9 @@ bool DecodeRecordLine(const KindSchema& schema, char* line, void* record);
 // them) with the record flags as options (so a record read behind ";IAO;"
 // goes back behind it), the last with FO_END_RECORD. False on a short write.
 bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file);
+// The bytes WriteRecordLine writes, appended to *out; false where it would
+// fail (a value the writer cannot name ends the line there).
+bool AppendRecordLine(const KindSchema& schema, const void* record, std::string* out);
 // The options WriteRecordLine hands the writer with the field at index.
 uint32_t LineFieldOptions(const KindSchema& schema, const void* record, size_t index);
 // Whether a field after the first takes the record flags: such a kind's
