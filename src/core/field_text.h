@@ -26,6 +26,7 @@ size_t FieldBytesRoom(size_t length);
 struct FieldText {
   char text[64];
   uint32_t options;
+  size_t length;  // of the text, so that a line writer need not count it
 };
 
 FieldText UnsignedFieldText(uint32_t value, uint32_t options);

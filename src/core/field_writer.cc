@@ -63,37 +63,43 @@ void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_
 }
 
 FieldText UnsignedFieldText(uint32_t value, uint32_t options) {
-  FieldText field{"", options | FO_UNQUOTED};
+  FieldText field{"", options | FO_UNQUOTED, 0};
   if (value != 0 || (options & FO_OPTIONAL) == 0) {
-    *std::to_chars(field.text, field.text + sizeof field.text - 1, value).ptr = '\0';
+    char* end = std::to_chars(field.text, field.text + sizeof field.text - 1, value).ptr;
+    *end = '\0';
+    field.length = static_cast<size_t>(end - field.text);
   }
   return field;
 }
 
 FieldText IntegerFieldText(int32_t value, uint32_t options) {
-  FieldText field{"", options | FO_UNQUOTED};
+  FieldText field{"", options | FO_UNQUOTED, 0};
   if (value != 0 || (options & FO_OPTIONAL) == 0) {
-    *std::to_chars(field.text, field.text + sizeof field.text - 1, value).ptr = '\0';
+    char* end = std::to_chars(field.text, field.text + sizeof field.text - 1, value).ptr;
+    *end = '\0';
+    field.length = static_cast<size_t>(end - field.text);
   }
   return field;
 }
 
 FieldText DateTimeFieldText(uint32_t value, uint32_t options) {
-  FieldText field{"", options & ~FO_UNQUOTED};
+  FieldText field{"", options & ~FO_UNQUOTED, 0};
   FormatDateTime(value, field.text);  // leaves the text empty for 0
+  field.length = strlen(field.text);
   return field;
 }
 
 FieldText VersionQuadFieldText(uint32_t high, uint32_t low, uint32_t options) {
-  FieldText field{"", options | FO_UNQUOTED};
+  FieldText field{"", options | FO_UNQUOTED, 0};
   const uint32_t pair[2] = {high, low};
   FormatVersionQuad(field.text, pair);
+  field.length = strlen(field.text);
   return field;
 }
 
 FieldText FlagString32FieldText(uint32_t word, uint32_t options) {
   // Y and N need no escaping: the letters go out as they stand.
-  FieldText field{"", (options & ~FO_UNQUOTED) | FO_VERBATIM};
+  FieldText field{"", (options & ~FO_UNQUOTED) | FO_VERBATIM, 32};
   // The first letter is the most significant bit; a byte at a time, since
   // every shipped file's line has several such fields.
   static constexpr auto kLetters = [] {
@@ -111,7 +117,7 @@ FieldText FlagString32FieldText(uint32_t word, uint32_t options) {
 }
 
 FieldText FlagFieldText(uint32_t value, uint32_t options) {
-  return FieldText{{value != 0 ? 'Y' : 'N', '\0'}, options | FO_UNQUOTED};
+  return FieldText{{value != 0 ? 'Y' : 'N', '\0'}, options | FO_UNQUOTED, 1};
 }
 
 bool OsTypeFieldText(int os_type, uint32_t options, FieldText* field) {
@@ -123,6 +129,7 @@ bool OsTypeFieldText(int os_type, uint32_t options, FieldText* field) {
   }
   snprintf(field->text, sizeof field->text, "%s", kNames[os_type]);
   field->options = options & ~FO_UNQUOTED;
+  field->length = strlen(field->text);
   return true;
 }
 

@@ -87,7 +87,7 @@ char* PutLineField(const LineField& field, const void* record, uint32_t options,
                    bool* named) {
   *named = true;
   options |= field.options;
-  FieldText text{};
+  FieldText text{"", 0, 0};
   switch (field.syntax) {
     case LineSyntax::kText: {
       const char* member = At(record, field.offset);
@@ -124,7 +124,7 @@ char* PutLineField(const LineField& field, const void* record, uint32_t options,
       *named = false;
       return at;
   }
-  return PutFieldBytes(at, text.text, strlen(text.text), text.options);
+  return PutFieldBytes(at, text.text, text.length, text.options);
 }
 
 bool AppendLineField(const LineField& field, const void* record, uint32_t options,
