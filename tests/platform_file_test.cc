@@ -1,10 +1,8 @@
 // qv::File: opening, positioned reads and writes, the read cache.
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -47,24 +45,22 @@ bool ReadLine(File* file, std::string* line) {
   return true;
 }
 
-// The same pattern on plain pread, as the reference.
+// The same pattern on the file's bytes read whole, as the reference.
 std::vector<std::string> ReferenceLines(const std::string& path) {
   std::vector<std::string> lines;
-  int fd = open(path.c_str(), O_RDONLY);
-  EXPECT_GE(fd, 0);
-  off_t pos = 0;
-  for (;;) {
+  const std::string bytes = qvtest::ReadFileBytes(path);
+  size_t pos = 0;
+  while (pos < bytes.size()) {
     char buffer[QV_LINE_SIZE];
-    ssize_t n = pread(fd, buffer, sizeof(buffer) - 1, pos);
-    if (n <= 0) break;
+    size_t n = std::min(sizeof(buffer) - 1, bytes.size() - pos);
+    memcpy(buffer, bytes.data() + pos, n);
     buffer[n] = '\0';
     char* lf = strchr(buffer, '\n');
     if (lf != nullptr) *lf = '\0';
-    ssize_t cut = static_cast<ssize_t>(strlen(buffer));
-    pos += n + (cut - n + 1);
-    lines.emplace_back(buffer, static_cast<size_t>(cut));
+    size_t cut = strlen(buffer);
+    pos += cut + 1;
+    lines.emplace_back(buffer, cut);
   }
-  close(fd);
   return lines;
 }
 
@@ -129,7 +125,8 @@ TEST(PlatformFile, UpdateExistingKeepsContent) {
 TEST(PlatformFile, ReadOnlyFileRefusesWriters) {
   TempDir dir;
   std::string path = dir.Write("ro.txt", "keep");
-  ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+  qvtest::MakeReadOnly(path);
+  ASSERT_TRUE(qvtest::IsReadOnly(path));
   int error = 0;
   EXPECT_EQ(File::Open(path, OpenMode::kUpdateExisting, &error), nullptr);
   EXPECT_EQ(error, EACCES);
@@ -147,7 +144,7 @@ TEST(PlatformFile, PathResolvesWithoutRegardToCaseAndBackslashes) {
   dir.Write("Modules/Core.MO", "module");
   File* file = File::Open(dir.path() + "\\MODULES\\core.mo", OpenMode::kReadExisting);
   ASSERT_NE(file, nullptr);
-  EXPECT_EQ(file->path(), dir.path() + "/Modules/Core.MO");
+  EXPECT_EQ(file->path(), dir.Join("Modules/Core.MO"));
   EXPECT_EQ(ReadAll(file), "module");
   delete file;
 }
@@ -157,7 +154,7 @@ TEST(PlatformFile, NewFileKeepsGivenCaseInsideExistingFolder) {
   qvtest::MakeDirs(dir.Join("Modules"));
   File* file = File::Open(dir.path() + "\\MODULES\\NewFile.Mo", OpenMode::kCreateNew);
   ASSERT_NE(file, nullptr);
-  EXPECT_EQ(file->path(), dir.path() + "/Modules/NewFile.Mo");
+  EXPECT_EQ(file->path(), dir.Join("Modules/NewFile.Mo"));
   delete file;
   EXPECT_TRUE(qvtest::PathExists(dir.Join("Modules/NewFile.Mo")));
 }
