@@ -15,6 +15,7 @@
 #include "platform/fs.h"
 #include "platform/held_file.h"
 #include "platform/names.h"
+#include "platform/path_components.h"
 #include "platform/write_faults.h"
 
 namespace qv {
@@ -53,33 +54,7 @@ bool IsSeparator(char c) {
 }
 
 std::string ResolvePath(const std::string& path) {
-  std::string result;
-  size_t i = 0;
-  if (!path.empty() && IsSeparator(path[0])) {
-    result.push_back('/');
-    while (i < path.size() && IsSeparator(path[i])) ++i;
-  }
-  bool exists = true;  // false once a component is missing: nothing below it exists
-  while (i < path.size()) {
-    size_t j = i;
-    while (j < path.size() && !IsSeparator(path[j])) ++j;
-    std::string component = path.substr(i, j - i);
-    if (exists && component != "." && component != "..") {
-      std::string found = FindComponent(result, component);
-      if (found.empty()) {
-        exists = false;
-      } else {
-        component = found;
-      }
-    }
-    result += component;
-    i = j;
-    if (i < path.size()) {
-      result += '/';
-      while (i < path.size() && IsSeparator(path[i])) ++i;
-    }
-  }
-  return result;
+  return ResolveComponents("", path, 0, '/', 0, FindComponent);
 }
 
 bool FileExists(const std::string& path) {

@@ -14,6 +14,7 @@
 #include "platform/fs.h"
 #include "platform/held_file.h"
 #include "platform/names.h"
+#include "platform/path_components.h"
 #include "platform/win32.h"
 #include "platform/write_faults.h"
 
@@ -66,49 +67,14 @@ bool IsSeparator(char c) {
 }
 
 std::string ResolvePath(const std::string& path) {
-  std::string result;
-  result.reserve(path.size());
-  size_t i = 0;
-  auto skip_separators = [&] {
-    while (i < path.size() && IsSeparator(path[i])) ++i;
-  };
   // The name of a server and share, or a drive, is kept as given.
-  int kept = 0;
   if (path.size() >= 2 && IsSeparator(path[0]) && IsSeparator(path[1])) {
-    result = "\\\\";
-    i = 2;
-    kept = 2;
-  } else if (path.size() >= 2 && path[1] == ':') {
-    result = path.substr(0, 2);
-    i = 2;
+    return ResolveComponents("\\\\", path, 2, '\\', 2, StoredName);
   }
-  if (i < path.size() && IsSeparator(path[i])) {
-    result.push_back('\\');
-    skip_separators();
+  if (path.size() >= 2 && path[1] == ':') {
+    return ResolveComponents(path.substr(0, 2), path, 2, '\\', 0, StoredName);
   }
-  bool exists = true;  // false once a component is missing: nothing below it exists
-  while (i < path.size()) {
-    size_t j = i;
-    while (j < path.size() && !IsSeparator(path[j])) ++j;
-    std::string component = path.substr(i, j - i);
-    if (kept > 0) {
-      --kept;
-    } else if (exists && component != "." && component != "..") {
-      std::string found = StoredName(result, component);
-      if (found.empty()) {
-        exists = false;
-      } else {
-        component = found;
-      }
-    }
-    result += component;
-    i = j;
-    if (i < path.size()) {
-      result.push_back('\\');
-      skip_separators();
-    }
-  }
-  return result;
+  return ResolveComponents("", path, 0, '\\', 0, StoredName);
 }
 
 bool FileExists(const std::string& path) {
