@@ -62,7 +62,11 @@ void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_
   out->resize(static_cast<size_t>(end - out->data()));
 }
 
-FieldText UnsignedFieldText(uint32_t value, uint32_t options) {
+namespace {
+
+// A number's digits ("%lu" or "%d"); an optional field leaves 0 empty.
+template <class Number>
+FieldText NumberFieldText(Number value, uint32_t options) {
   FieldText field{"", options | FO_UNQUOTED, 0};
   if (value != 0 || (options & FO_OPTIONAL) == 0) {
     char* end = std::to_chars(field.text, field.text + sizeof field.text - 1, value).ptr;
@@ -72,14 +76,14 @@ FieldText UnsignedFieldText(uint32_t value, uint32_t options) {
   return field;
 }
 
+}  // namespace
+
+FieldText UnsignedFieldText(uint32_t value, uint32_t options) {
+  return NumberFieldText(value, options);
+}
+
 FieldText IntegerFieldText(int32_t value, uint32_t options) {
-  FieldText field{"", options | FO_UNQUOTED, 0};
-  if (value != 0 || (options & FO_OPTIONAL) == 0) {
-    char* end = std::to_chars(field.text, field.text + sizeof field.text - 1, value).ptr;
-    *end = '\0';
-    field.length = static_cast<size_t>(end - field.text);
-  }
-  return field;
+  return NumberFieldText(value, options);
 }
 
 FieldText DateTimeFieldText(uint32_t value, uint32_t options) {
