@@ -365,13 +365,25 @@ bool RegistryCreateKey(const std::string& key) {
   });
 }
 
-std::optional<std::string> RegistryGetString(const std::string& key, const std::string& name) {
+namespace {
+
+// The data text of a value ("dword:..." or a quoted string), if the key
+// holds the value.
+std::optional<std::string> StoredValueData(const std::string& key, const std::string& name) {
   Document doc = Load();
   Key* found = FindKey(&doc, KeyPath(key));
   if (found == nullptr) return std::nullopt;
   const Entry* entry = FindEntry(*found, name);
   if (entry == nullptr) return std::nullopt;
-  std::string data = ValueData(entry->raw);
+  return ValueData(entry->raw);
+}
+
+}  // namespace
+
+std::optional<std::string> RegistryGetString(const std::string& key, const std::string& name) {
+  std::optional<std::string> stored = StoredValueData(key, name);
+  if (!stored) return std::nullopt;
+  const std::string& data = *stored;
   size_t i = 0;
   std::string text;
   if (!ReadQuoted(data, &i, &text)) return std::nullopt;
@@ -379,12 +391,9 @@ std::optional<std::string> RegistryGetString(const std::string& key, const std::
 }
 
 std::optional<uint32_t> RegistryGetDword(const std::string& key, const std::string& name) {
-  Document doc = Load();
-  Key* found = FindKey(&doc, KeyPath(key));
-  if (found == nullptr) return std::nullopt;
-  const Entry* entry = FindEntry(*found, name);
-  if (entry == nullptr) return std::nullopt;
-  std::string data = ValueData(entry->raw);
+  std::optional<std::string> stored = StoredValueData(key, name);
+  if (!stored) return std::nullopt;
+  const std::string& data = *stored;
   constexpr char kDword[] = "dword:";
   if (data.size() <= sizeof(kDword) - 1 || !EqualNoCase(data.substr(0, 6), kDword)) {
     return std::nullopt;
