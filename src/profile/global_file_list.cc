@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/copy_text.h"
 #include "core/state.h"
 #include "core/text_chars.h"
 
@@ -13,10 +14,6 @@ namespace {
 
 const char* OrEmpty(const char* text) {
   return text != nullptr ? text : "";
-}
-
-void CopyText(char* destination, size_t size, const char* text) {
-  snprintf(destination, size, "%s", OrEmpty(text));
 }
 
 // Links a node holding entry after the tail, keeping the ring closed.
@@ -78,10 +75,10 @@ bool AddGlobalFileEntry(const char* owner_name, const char* owner_key, const cha
   if (list == nullptr) return false;
   ProfileFileEntry* entry = static_cast<ProfileFileEntry*>(calloc(1, sizeof(ProfileFileEntry)));
   if (entry == nullptr) return false;
-  CopyText(entry->ownerName, sizeof entry->ownerName, owner_name);
-  CopyText(entry->ownerKey, sizeof entry->ownerKey, owner_key);
-  CopyText(entry->kind, sizeof entry->kind, kind);
-  CopyText(entry->path, sizeof entry->path, path);
+  CopyCut(entry->ownerName, sizeof entry->ownerName, owner_name);
+  CopyCut(entry->ownerKey, sizeof entry->ownerKey, owner_key);
+  CopyCut(entry->kind, sizeof entry->kind, kind);
+  CopyCut(entry->path, sizeof entry->path, path);
   entry->status = status;
   if (!AppendNode(list, entry)) {
     free(entry);

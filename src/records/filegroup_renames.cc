@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/copy_text.h"
 #include "core/replace_batch.h"
 #include "orvik/transaction.h"
 #include "quorvex/filegroups.h"
@@ -31,11 +32,6 @@ void ReportAlreadyNamed(const char* format, const char* name) {
   ReportError(text, 0);
 }
 
-template <size_t N>
-void SetText(char (&field)[N], const char* value) {
-  snprintf(field, N, "%s", value);
-}
-
 // The groups below the old group name the new one as their parent; its
 // shipped files and their icons move to the new group.
 bool RenameGroupAssociations(const char* module_name, const char* module_version,
@@ -50,7 +46,7 @@ bool RenameGroupAssociations(const char* module_name, const char* module_version
   if (ok) {
     FgFamily::List::ForEach(groups, [&](FGRecord* r) {
       if (strcmp(r->row.ParentGroup, old_name) != 0) return true;
-      SetText(r->row.ParentGroup, new_name);
+      CopyCut(r->row.ParentGroup, new_name);
       ok = FgFamily::Put(r) == 1;
       return ok;
     });
@@ -91,7 +87,7 @@ static int RenameFGAlone(const char* moduleName, const char* moduleVersion,
   }
   // A name the line cannot carry is refused before anything is renamed.
   FgFamily::List::ForEach(groups, [&](FGRecord* r) {
-    if (strcmp(r->row.GroupName, oldGroupName) == 0) qv::SetText(r->row.GroupName, newGroupName);
+    if (strcmp(r->row.GroupName, oldGroupName) == 0) qv::CopyCut(r->row.GroupName, newGroupName);
   });
   bool fits = qv::ListFitsLines(qv::FgDesc::Schema(), groups);
   FgFamily::List::Free(groups);
@@ -106,7 +102,7 @@ static int RenameFGAlone(const char* moduleName, const char* moduleVersion,
     return 0;
   }
   FgFamily::List::ForEach(groups, [&](FGRecord* r) {
-    if (strcmp(r->row.GroupName, oldGroupName) == 0) qv::SetText(r->row.GroupName, newGroupName);
+    if (strcmp(r->row.GroupName, oldGroupName) == 0) qv::CopyCut(r->row.GroupName, newGroupName);
   });
   int result = FgFamily::WriteChecked(FgFamily::ModuleOwner(moduleName, moduleVersion), groups);
   FgFamily::List::Free(groups);
@@ -141,9 +137,9 @@ static int RenameSFAlone(const char* moduleName, const char* moduleVersion, cons
   bool changed = false;
   SfFamily::List::ForEach(files, [&](SFRecord* r) {
     if (!qv::OwnedKindTraits<qv::SfDesc>::Matches(*r, key)) return;
-    if (newGroupName != nullptr) qv::SetText(r->row.GroupName, newGroupName);
-    if (newLanguage != nullptr) qv::SetText(r->row.Language, newLanguage);
-    if (newFileName != nullptr) qv::SetText(r->row.FileName, newFileName);
+    if (newGroupName != nullptr) qv::CopyCut(r->row.GroupName, newGroupName);
+    if (newLanguage != nullptr) qv::CopyCut(r->row.Language, newLanguage);
+    if (newFileName != nullptr) qv::CopyCut(r->row.FileName, newFileName);
     r->row.FileType = MPSFFileTypeOf(r->row.FileName);
     changed = true;
   });

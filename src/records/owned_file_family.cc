@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "core/copy_text.h"
 #include "core/file_name_check.h"
 #include "core/munged_file.h"
 #include "core/replace_batch.h"
@@ -42,7 +43,7 @@ void CopyMember(void* to, const void* from, size_t offset, size_t size) {
 }
 
 void SetText(void* record, size_t offset, size_t size, const char* text) {
-  snprintf(At(record, offset), size, "%s", text != nullptr ? text : "");
+  CopyCut(At(record, offset), size, text);
 }
 
 const char* FileKindOf(const OwnedFileKind& kind) {

@@ -32,6 +32,7 @@
 #include <string>
 #include <vector>
 
+#include "core/copy_text.h"
 #include "quorvex/report.h"
 #include "records/family_io.h"
 #include "records/keyed_family.h"
@@ -51,15 +52,6 @@ struct OwnedKey {
 inline std::optional<std::string> KeyPart(const char* text) {
   if (text == nullptr) return std::nullopt;
   return std::string(text);
-}
-
-// Copies text (nullptr as "") into a member of `size` bytes, cut to fit, as
-// snprintf "%s" would.
-inline void CopyCut(char* member, size_t size, const char* text) {
-  if (size == 0) return;
-  const size_t length = text != nullptr ? strnlen(text, size - 1) : 0;
-  if (length != 0) memcpy(member, text, length);
-  member[length] = '\0';
 }
 
 // set_owner of every such kind: the module key sits first in the row.

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/copy_text.h"
 #include "core/report_capture.h"
 #include "quorvex/report.h"
 #include "quorvex/symbols.h"
@@ -24,11 +25,6 @@ constexpr char kCreated[] = "Created System-Settings";
 constexpr char kRegMismatch[] = "Requested type is REG.  Type of record is not an REG.";
 constexpr char kPsMismatch[] = "Requested type is PS.  Type of record is not an PS.";
 constexpr char kIniMismatch[] = "Requested type is INI.  Type of record is not an INI.";
-
-template <size_t N>
-void SetText(char (&to)[N], const char* from) {
-  snprintf(to, N, "%s", from);
-}
 
 // Parses the fields of a line in order; the first failure sticks.
 class FieldReader {
@@ -80,7 +76,7 @@ void ReadHead(FieldReader& in, const EntryKind& kind, Record* r) {
     // still kept as a 40-character key part.
     char wide[2049] = "";
     in.Text(wide, kOpt);
-    SetText(r->row.CFKey1, wide);
+    CopyCut(r->row.CFKey1, wide);
   } else {
     in.Text(r->row.CFKey1, kOpt);
   }
@@ -122,7 +118,7 @@ void ReadKeyPath(FieldReader& in, char (&to)[N]) {
   in.Text(text, 0);
   char* start = text;
   SkipLeadingBackslashes(&start);
-  SetText(to, start);
+  CopyCut(to, start);
 }
 
 // A root name that names no root makes a line that cannot be written back.
@@ -144,7 +140,7 @@ bool ParseSettingsEntry(const EntryKind& kind, FieldReader& in, SSRRecord* r) {
     in.Text(d.Section, 0);
     in.Text(d.Key, 0);
     ReadTail(in, r);
-    SetText(d.Data, data);
+    CopyCut(d.Data, data);
     return in.ok();
   }
   char root[31] = "";
@@ -396,7 +392,7 @@ bool SetDataFromText(const EntryKind& kind, SSRData* data, const std::string& te
   memset(data->Data, 0, sizeof data->Data);
   data->DataLength = 0;
   if (!HoldsBytes(kind, data->DataType)) {
-    SetText(data->Data, text.c_str());
+    CopyCut(data->Data, text.c_str());
     return true;
   }
   // Two digits a byte: a text a line can hold fits Data.
