@@ -1,5 +1,6 @@
-// Rewriting one section of a profile file through a temporary file, and
-// putting the result in place of the profile file.
+// Rewriting one section of a profile file and putting the result in place
+// of the profile file; a temporary file keeps the new content when that
+// fails.
 
 #include "core/section_rewrite.h"
 
@@ -55,6 +56,14 @@ class SectionRewriteTest : public ::testing::Test {
     for (const auto& entry : std::filesystem::directory_iterator(TempFolder())) {
       std::string name = entry.path().filename().string();
       if (name.starts_with("QUORVEX.")) names.push_back(name);
+    }
+    return names;
+  }
+
+  static std::vector<std::string> FolderEntries(const std::string& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+      names.push_back(entry.path().filename().string());
     }
     return names;
   }
@@ -189,22 +198,22 @@ TEST_F(SectionRewriteTest, CrashBeforeTheReplacementLeavesTheOldFile) {
   ASSERT_TRUE(WIFSIGNALED(status));
   EXPECT_EQ(WTERMSIG(status), SIGABRT);
   EXPECT_EQ(ReadFileBytes(path), kModule);
-  // The new content was still being put together in memory: the crash left
-  // the temporary file behind, empty, and nothing reached the profile file.
-  std::vector<std::string> left = TempFiles();
-  ASSERT_EQ(left.size(), 1u);
-  EXPECT_EQ(ReadFileBytes(TempFolder() + "/" + left[0]), "");
+  // The new content was still being put together in memory: nothing
+  // reached the disk, neither beside the profile file nor in the
+  // temporary folder.
+  EXPECT_TRUE(TempFiles().empty());
+  EXPECT_EQ(FolderEntries(dir_.Join("modules")), std::vector<std::string>{"TETE80.MO"});
 }
 
-TEST_F(SectionRewriteTest, AbandonedRewriteRemovesTheTemporaryFile) {
+TEST_F(SectionRewriteTest, AbandonedRewriteLeavesNoFile) {
   std::string path = dir_.Write("modules/TETE80.MO", kModule);
   {
     qv::SectionRewrite rewrite;
     ASSERT_TRUE(rewrite.Begin(QvOpenFileForRead(path.c_str()), path.c_str(), "Languages"));
     WriteLanguage(rewrite.output(), "NL", 1, 0);
-    EXPECT_FALSE(TempFiles().empty());
   }
   EXPECT_TRUE(TempFiles().empty());
+  EXPECT_EQ(FolderEntries(dir_.Join("modules")), std::vector<std::string>{"TETE80.MO"});
   EXPECT_EQ(ReadFileBytes(path), kModule);
   EXPECT_TRUE(host_.errors().empty());
 }
@@ -220,15 +229,47 @@ TEST_F(SectionRewriteTest, BeginWithoutAnOpenFileFails) {
   EXPECT_EQ(host_.errors()[0], "Cannot open input file " + path + ".");
 }
 
-TEST_F(SectionRewriteTest, BeginFailsWhenNoTemporaryFileCanBeMade) {
+TEST_F(SectionRewriteTest, ASuccessfulRewriteNeedsNoTemporaryFolder) {
   std::string path = dir_.Write("modules/TETE80.MO", kModule);
   setenv("TMPDIR", dir_.Join("no/such/folder").c_str(), 1);
   qv::SectionRewrite rewrite;
-  EXPECT_FALSE(rewrite.Begin(QvOpenFileForRead(path.c_str()), path.c_str(), "Languages"));
+  ASSERT_TRUE(rewrite.Begin(QvOpenFileForRead(path.c_str()), path.c_str(), "Languages"));
+  WriteLanguage(rewrite.output(), "NL", 1, 0);
+  EXPECT_TRUE(rewrite.Finish());
+  EXPECT_NE(ReadFileBytes(path).find("[Languages]\r\n\"NL\",Y\r\n[File Groups]"),
+            std::string::npos);
+  EXPECT_EQ(rewrite.temporary_path(), "");
+  EXPECT_TRUE(host_.errors().empty());
+}
+
+TEST_F(SectionRewriteTest, AFailedRewriteWithoutATemporaryFileSaysBoth) {
+  std::string path = dir_.Write("modules/TETE80.MO", kModule);
+  ASSERT_TRUE(qv::SetReadOnly(path, true));
+  setenv("TMPDIR", dir_.Join("no/such/folder").c_str(), 1);
+  qv::SectionRewrite rewrite;
+  ASSERT_TRUE(rewrite.Begin(QvOpenFileForRead(path.c_str()), path.c_str(), "Languages"));
+  WriteLanguage(rewrite.output(), "NL", 1, 0);
   EXPECT_FALSE(rewrite.Finish());
   EXPECT_EQ(ReadFileBytes(path), kModule);
-  ASSERT_EQ(host_.errors().size(), 1u);
+  EXPECT_EQ(rewrite.temporary_path(), "");
+  ASSERT_EQ(host_.errors().size(), 2u);
   EXPECT_EQ(host_.errors()[0], "Cannot create a temporary file to rewrite " + path + ".");
+  EXPECT_EQ(host_.errors()[1], Message(path));
+}
+
+TEST_F(SectionRewriteTest, ABlockGoesWhereItWasWritten) {
+  std::string path = dir_.Write("modules/TETE80.MO", kModule);
+  qv::SectionRewrite rewrite;
+  QvFile in = QvOpenFileForRead(path.c_str());
+  ASSERT_TRUE(rewrite.Begin(in, path.c_str(), "Languages"));
+  WriteLanguage(rewrite.output(), "NL", 1, 0);
+  const std::string block = "\"SV\",N\r\n";
+  rewrite.WriteBlock(block);
+  WriteLanguage(rewrite.output(), "IT", 1, 0);
+  ASSERT_TRUE(rewrite.Finish());
+  EXPECT_NE(
+      ReadFileBytes(path).find("[Languages]\r\n\"NL\",Y\r\n\"SV\",N\r\n\"IT\",Y\r\n[File Groups]"),
+      std::string::npos);
 }
 
 TEST_F(SectionRewriteTest, FinishOnlyOnce) {

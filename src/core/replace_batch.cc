@@ -1,6 +1,7 @@
 #include "core/replace_batch.h"
 
 #include <cstdio>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -59,7 +60,10 @@ bool ReplaceBatchOpen() {
   return depth > 0;
 }
 
-bool StageReplacement(const std::string& temporary, const std::string& profile) {
+namespace {
+
+// Keeps what write puts into the staging file as profile's next version.
+bool Stage(const std::string& profile, const std::function<bool(const std::string&)>& write) {
   std::string host = ResolvePath(profile);
   std::string staged;
   for (const Staged& file : StagedFiles()) {
@@ -71,13 +75,27 @@ bool StageReplacement(const std::string& temporary, const std::string& profile) 
     SplitPath(host, &drive, &directory, &name);
     staged = drive + directory + "." + name + ".staged";
   }
-  if (!ReplaceFileContent(temporary, staged)) return false;
-  DeleteFile(temporary);
+  if (!write(staged)) return false;
   if (first) {
     StagedFiles().push_back({profile, host, staged});
     RedirectReads(host, staged);
   }
   return true;
+}
+
+}  // namespace
+
+bool StageReplacement(const std::string& temporary, const std::string& profile) {
+  return Stage(profile, [&](const std::string& staged) {
+    if (!ReplaceFileContent(temporary, staged)) return false;
+    DeleteFile(temporary);
+    return true;
+  });
+}
+
+bool StageContent(const ByteRuns& content, const std::string& profile) {
+  return Stage(profile,
+               [&](const std::string& staged) { return ReplaceFileWithBytes(content, staged); });
 }
 
 }  // namespace qv

@@ -13,6 +13,8 @@
 
 #include <string>
 
+#include "platform/fs.h"
+
 namespace qv {
 
 class ReplaceBatch {
@@ -28,6 +30,8 @@ bool ReplaceBatchOpen();
 // Keeps the content of temporary as profile's next version (temporary is
 // deleted); false when it cannot be written.
 bool StageReplacement(const std::string& temporary, const std::string& profile);
+// The same for content given in memory.
+bool StageContent(const ByteRuns& content, const std::string& profile);
 
 }  // namespace qv
 

@@ -1,8 +1,20 @@
 // Putting a rewritten profile file in place of the old one.
 
+#include "core/replace_file.h"
+
 #include "core/replace_batch.h"
 #include "platform/fs.h"
 #include "quorvex/writer.h"
+
+namespace qv {
+
+bool ReplaceProfileFileWith(const ByteRuns& content, const char* profile_path) {
+  if (profile_path == nullptr || IsReadOnly(profile_path)) return false;
+  if (ReplaceBatchOpen()) return StageContent(content, profile_path);
+  return ReplaceFileWithBytes(content, profile_path);
+}
+
+}  // namespace qv
 
 extern "C" {
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/replace_file.h"
 #include "core/report_capture.h"
 #include "platform/file.h"
 #include "platform/fs.h"
@@ -28,9 +29,7 @@ size_t RoomFor(QvFile input) {
 }  // namespace
 
 SectionRewrite::~SectionRewrite() {
-  if (finished_) return;
-  CloseFiles();
-  if (!temporary_path_.empty()) DeleteFile(temporary_path_);
+  if (!finished_) CloseFiles();
 }
 
 bool SectionRewrite::Begin(QvFile input, const char* profile_path, const char* section,
@@ -39,29 +38,19 @@ bool SectionRewrite::Begin(QvFile input, const char* profile_path, const char* s
   profile_path_ = profile_path != nullptr ? profile_path : "";
   section_ = section != nullptr ? section : "";
   tail_section_ = tail_section != nullptr ? tail_section : section_;
-  char message[QV_LINE_SIZE];
   if (QvFileIsOpen(input) == 0) {
     // Copying from nothing would replace the file with the section alone.
+    char message[QV_LINE_SIZE];
     snprintf(message, sizeof message, "Cannot open input file %s.", profile_path_.c_str());
     ReportError(message, 0);
     return false;
   }
-  char temporary[QV_PATH_SIZE] = "";
-  QvFile output = QV_NO_FILE;
-  if (CreateTempFile(temporary, &output) == 0) {
-    snprintf(message, sizeof message, "Cannot create a temporary file to rewrite %s.",
-             profile_path_.c_str());
-    ReportError(message, 0);
-    return false;
-  }
-  // The new content is put together in memory and written to the
-  // temporary file in one piece: a rewrite writes a field at a time, and a
-  // system call for each piece would cost far more than the bytes.
-  temporary_ = output;
+  // The new content is put together in memory and goes out in one piece: a
+  // rewrite writes a field at a time, and a system call for each piece
+  // would cost far more than the bytes.
   File* memory = File::OpenInMemory();
   memory->Reserve(RoomFor(input));
   output_ = memory->handle();
-  temporary_path_ = temporary;
   cut_lines_ = CutLineCount();
   CopyHeadThroughSection(input_, output_, section_.c_str());
   return CopiedWhole();
@@ -104,53 +93,72 @@ bool SectionRewrite::FinishAfterFirstRecord(int comment_mode) {
   return Complete();
 }
 
-void SectionRewrite::Spill() {
-  File* memory = File::FromHandle(output_);
-  const std::string& content = memory->memory();
-  if (File::FromHandle(temporary_)->Write(content.data(), content.size()) != content.size()) {
-    spill_failed_ = true;
-  }
-  memory->ClearMemory();
-}
-
 void SectionRewrite::WriteBlock(const std::string& bytes) {
   if (finished_ || output_ == QV_NO_FILE) return;
-  Spill();
-  if (File::FromHandle(temporary_)->Write(bytes.data(), bytes.size()) != bytes.size()) {
-    spill_failed_ = true;
+  blocks_.push_back({File::FromHandle(output_)->memory().size(), bytes});
+}
+
+ByteRuns SectionRewrite::Content() const {
+  const std::string& memory = File::FromHandle(output_)->memory();
+  ByteRuns content;
+  size_t from = 0;
+  for (const Block& block : blocks_) {
+    content.emplace_back(memory.data() + from, block.at - from);
+    content.push_back(block.bytes);
+    from = block.at;
   }
+  content.emplace_back(memory.data() + from, memory.size() - from);
+  return content;
 }
 
 bool SectionRewrite::Complete() {
   if (!CopiedWhole()) return false;
-  Spill();
-  bool written = !spill_failed_;
-  CloseFiles();
   finished_ = true;
-  if (!written || QvReplaceProfileFile(temporary_path_.c_str(), profile_path_.c_str()) == 0) {
-    // The temporary file stays, with the new content, but its name is let
-    // go: held, it would keep a descriptor open and the name taken for the
-    // rest of the process, and a long run of failed writes would use up
-    // both.
-    ReleaseHeldName(ResolvePath(temporary_path_));
+  // The profile file is let go before it is replaced: an open file cannot
+  // be renamed over on every system.
+  QvCloseFile(input_);
+  input_ = QV_NO_FILE;
+  ByteRuns content = Content();
+  bool replaced = ReplaceProfileFileWith(content, profile_path_.c_str());
+  if (!replaced) KeepInTemporaryFile(content);
+  CloseFiles();
+  if (replaced) return true;
+  char message[QV_LINE_SIZE];
+  snprintf(message, sizeof message,
+           "File %s cannot be written over, you may not have it checked out, and/or the "
+           "attributes of the file may be set to Read-Only.",
+           profile_path_.c_str());
+  ReportError(message, 0);
+  return false;
+}
+
+void SectionRewrite::KeepInTemporaryFile(const ByteRuns& content) {
+  char temporary[QV_PATH_SIZE] = "";
+  QvFile file = QV_NO_FILE;
+  if (CreateTempFile(temporary, &file) == 0) {
     char message[QV_LINE_SIZE];
-    snprintf(message, sizeof message,
-             "File %s cannot be written over, you may not have it checked out, and/or the "
-             "attributes of the file may be set to Read-Only.",
+    snprintf(message, sizeof message, "Cannot create a temporary file to rewrite %s.",
              profile_path_.c_str());
     ReportError(message, 0);
-    return false;
+    return;
   }
-  return true;
+  temporary_path_ = temporary;
+  File* out = File::FromHandle(file);
+  for (std::string_view run : content) {
+    if (out->Write(run.data(), run.size()) != run.size()) break;
+  }
+  QvCloseFile(file);
+  // The file stays, but its name is let go: held, it would keep a
+  // descriptor open and the name taken for the rest of the process, and a
+  // long run of failed writes would use up both.
+  ReleaseHeldName(ResolvePath(temporary_path_));
 }
 
 void SectionRewrite::CloseFiles() {
   QvCloseFile(input_);
   QvCloseFile(output_);
-  QvCloseFile(temporary_);
   input_ = QV_NO_FILE;
   output_ = QV_NO_FILE;
-  temporary_ = QV_NO_FILE;
 }
 
 }  // namespace qv

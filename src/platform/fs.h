@@ -9,6 +9,7 @@
 #define QUORVEX_PLATFORM_FS_H_
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qv {
@@ -41,6 +42,10 @@ bool SetReadOnly(const std::string& path, bool read_only);
 // target half written: the content is written beside target, flushed and
 // renamed over it. Fails when target is read-only. source is kept.
 bool ReplaceFileContent(const std::string& source, const std::string& target);
+// Runs of bytes that make one content, in order.
+using ByteRuns = std::vector<std::string_view>;
+// As ReplaceFileContent, with content as the new content.
+bool ReplaceFileWithBytes(const ByteRuns& content, const std::string& target);
 
 // Path text helpers ("\" and "/" both count as separators).
 bool IsSeparator(char c);

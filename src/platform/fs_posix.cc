@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <string_view>
 #include <vector>
 
 #include "platform/fs.h"
@@ -54,6 +56,15 @@ bool IsSeparator(char c) {
 }
 
 std::string ResolvePath(const std::string& path) {
+  // A path that already exists as spelled, written with single slashes,
+  // is its own stored spelling: the walk would find every component's
+  // exact name. One lstat instead of one per component, for the engine
+  // resolves the same few paths many times per operation.
+  struct stat st;
+  if (!path.empty() && path.find('\\') == std::string::npos &&
+      path.find("//") == std::string::npos && lstat(path.c_str(), &st) == 0) {
+    return path;
+  }
   return ResolveComponents("", path, 0, '/', 0, FindComponent);
 }
 
@@ -139,59 +150,40 @@ bool SetReadOnly(const std::string& path, bool read_only) {
   return chmod(host.c_str(), mode) == 0;
 }
 
-bool ReplaceFileContent(const std::string& source, const std::string& target) {
-  std::string from = ResolvePath(source);
-  std::string to = ResolvePath(target);
-  if (from.empty() || to.empty()) return false;
+namespace {
+
+// Writes all n bytes (within the write budget); false on any failure.
+bool WriteAll(int fd, const char* bytes, size_t n) {
+  for (size_t done = 0; done < n;) {
+    size_t allowed = AllowedWrite(n - done);
+    if (allowed == 0) return false;
+    ssize_t w = write(fd, bytes + done, allowed);
+    if (w < 0) {
+      if (errno == EINTR) continue;
+      return false;
+    }
+    done += static_cast<size_t>(w);
+  }
+  return true;
+}
+
+// Replaces the file at the host path `to` with what fill writes: into a
+// new file beside it, made durable and renamed over it, so that a crash
+// leaves the old file or the new one and never half of either.
+bool ReplaceWith(const std::string& to, const std::function<bool(int out)>& fill) {
+  if (to.empty()) return false;
   struct stat target_stat;
   bool target_exists = stat(to.c_str(), &target_stat) == 0;
   if (target_exists && (S_ISDIR(target_stat.st_mode) || !IsWritableMode(target_stat.st_mode))) {
     errno = EACCES;
     return false;
   }
-  int in = open(from.c_str(), O_RDONLY | O_CLOEXEC);
-  if (in < 0) return false;
-  struct stat source_stat;
-  if (fstat(in, &source_stat) != 0 || S_ISDIR(source_stat.st_mode)) {
-    close(in);
-    return false;
-  }
-
   std::string drive, directory, name;
   SplitPath(to, &drive, &directory, &name);
   std::string temp = directory + "." + name + ".XXXXXX";
   int out = mkostemp(temp.data(), O_CLOEXEC);
-  if (out < 0) {
-    close(in);
-    return false;
-  }
-  bool ok = true;
-  std::vector<char> block(64 * 1024);
-  for (;;) {
-    ssize_t r = read(in, block.data(), block.size());
-    if (r < 0) {
-      if (errno == EINTR) continue;
-      ok = false;
-      break;
-    }
-    if (r == 0) break;
-    for (ssize_t done = 0; done < r;) {
-      size_t allowed = AllowedWrite(static_cast<size_t>(r - done));
-      if (allowed == 0) {
-        ok = false;
-        break;
-      }
-      ssize_t w = write(out, block.data() + done, allowed);
-      if (w < 0) {
-        if (errno == EINTR) continue;
-        ok = false;
-        break;
-      }
-      done += w;
-    }
-    if (!ok) break;
-  }
-  close(in);
+  if (out < 0) return false;
+  bool ok = fill(out);
   // The new file carries the old one's permissions (a new one those the
   // umask gives a fresh file).
   mode_t mode;
@@ -219,6 +211,45 @@ bool ReplaceFileContent(const std::string& source, const std::string& target) {
     close(dir);
   }
   return true;
+}
+
+}  // namespace
+
+bool ReplaceFileContent(const std::string& source, const std::string& target) {
+  std::string from = ResolvePath(source);
+  if (from.empty()) return false;
+  int in = open(from.c_str(), O_RDONLY | O_CLOEXEC);
+  if (in < 0) return false;
+  struct stat source_stat;
+  if (fstat(in, &source_stat) != 0 || S_ISDIR(source_stat.st_mode)) {
+    close(in);
+    return false;
+  }
+  bool ok = ReplaceWith(ResolvePath(target), [in](int out) {
+    std::vector<char> block(64 * 1024);
+    for (;;) {
+      ssize_t r = read(in, block.data(), block.size());
+      if (r < 0) {
+        if (errno == EINTR) continue;
+        return false;
+      }
+      if (r == 0) return true;
+      if (!WriteAll(out, block.data(), static_cast<size_t>(r))) return false;
+    }
+  });
+  int saved = errno;
+  close(in);
+  errno = saved;
+  return ok;
+}
+
+bool ReplaceFileWithBytes(const ByteRuns& content, const std::string& target) {
+  return ReplaceWith(ResolvePath(target), [&content](int out) {
+    for (std::string_view run : content) {
+      if (!WriteAll(out, run.data(), run.size())) return false;
+    }
+    return true;
+  });
 }
 
 std::string LastPathComponent(const std::string& path) {

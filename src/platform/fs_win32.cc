@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <functional>
+#include <string_view>
 #include <vector>
 
 #include "platform/fs.h"
@@ -169,50 +171,40 @@ bool SetReadOnly(const std::string& path, bool read_only) {
   return SetFileAttributesA(host.c_str(), wanted) != 0;
 }
 
-bool ReplaceFileContent(const std::string& source, const std::string& target) {
-  std::string from = ResolvePath(source);
-  std::string to = ResolvePath(target);
-  if (from.empty() || to.empty()) return false;
+namespace {
+
+// Writes all n bytes (within the write budget); false on any failure.
+bool WriteAll(HANDLE out, const char* bytes, size_t n) {
+  for (size_t done = 0; done < n;) {
+    DWORD allowed = static_cast<DWORD>(AllowedWrite(std::min<size_t>(n - done, 1u << 30)));
+    DWORD w = 0;
+    if (allowed == 0 || !WriteFile(out, bytes + done, allowed, &w, nullptr) || w == 0) {
+      return false;
+    }
+    done += w;
+  }
+  return true;
+}
+
+// Replaces the file at the host path `to` with what fill writes: into a
+// new file beside it, flushed and moved over it, so that a crash leaves
+// the old file or the new one and never half of either.
+bool ReplaceWith(const std::string& to, const std::function<bool(HANDLE out)>& fill) {
+  if (to.empty()) return false;
   DWORD target_attributes = Attributes(to);
   if (target_attributes != kNoAttributes &&
       (target_attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) {
     errno = EACCES;
     return false;
   }
-  HANDLE in = CreateFileA(from.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (in == INVALID_HANDLE_VALUE) {
-    SetErrnoFromLastError();
-    return false;
-  }
   std::string temp = MakeTempBeside(to);
   if (temp.empty()) {
     SetErrnoFromLastError();
-    CloseHandle(in);
     return false;
   }
   HANDLE out = CreateFileA(temp.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING,
                            FILE_ATTRIBUTE_NORMAL, nullptr);
-  bool ok = out != INVALID_HANDLE_VALUE;
-  std::vector<char> block(64 * 1024);
-  while (ok) {
-    DWORD r = 0;
-    if (!ReadFile(in, block.data(), static_cast<DWORD>(block.size()), &r, nullptr)) {
-      ok = false;
-      break;
-    }
-    if (r == 0) break;
-    for (DWORD done = 0; done < r;) {
-      DWORD allowed = static_cast<DWORD>(AllowedWrite(r - done));
-      DWORD w = 0;
-      if (allowed == 0 || !WriteFile(out, block.data() + done, allowed, &w, nullptr) || w == 0) {
-        ok = false;
-        break;
-      }
-      done += w;
-    }
-  }
-  CloseHandle(in);
+  bool ok = out != INVALID_HANDLE_VALUE && fill(out);
   int code = ok ? 0 : (errno != 0 ? errno : EIO);
   if (out != INVALID_HANDLE_VALUE) {
     if (ok && !FlushFileBuffers(out)) code = SetErrnoFromLastError(), ok = false;
@@ -229,6 +221,41 @@ bool ReplaceFileContent(const std::string& source, const std::string& target) {
     return false;
   }
   return true;
+}
+
+}  // namespace
+
+bool ReplaceFileContent(const std::string& source, const std::string& target) {
+  std::string from = ResolvePath(source);
+  if (from.empty()) return false;
+  HANDLE in = CreateFileA(from.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (in == INVALID_HANDLE_VALUE) {
+    SetErrnoFromLastError();
+    return false;
+  }
+  bool ok = ReplaceWith(ResolvePath(target), [in](HANDLE out) {
+    std::vector<char> block(64 * 1024);
+    for (;;) {
+      DWORD r = 0;
+      if (!ReadFile(in, block.data(), static_cast<DWORD>(block.size()), &r, nullptr)) return false;
+      if (r == 0) return true;
+      if (!WriteAll(out, block.data(), r)) return false;
+    }
+  });
+  int saved = errno;
+  CloseHandle(in);
+  errno = saved;
+  return ok;
+}
+
+bool ReplaceFileWithBytes(const ByteRuns& content, const std::string& target) {
+  return ReplaceWith(ResolvePath(target), [&content](HANDLE out) {
+    for (std::string_view run : content) {
+      if (!WriteAll(out, run.data(), run.size())) return false;
+    }
+    return true;
+  });
 }
 
 std::string LastPathComponent(const std::string& path) {
