@@ -97,10 +97,8 @@ struct OwnedKindTraits {
   static constexpr size_t kOwnerParts = kOwnerMembers.size();
 
   static const KindSchema& Schema() { return Desc::Schema(); }
-  static const MemberSpec& Part(size_t i) { return SchemaMember(Schema(), Desc::kKeyMembers[i]); }
-  static const MemberSpec& OwnerMember(size_t i) {
-    return SchemaMember(Schema(), kOwnerMembers[i]);
-  }
+  static const MemberSpec& Part(size_t i) { return NamedMember<Desc, Desc::kKeyMembers>(i); }
+  static const MemberSpec& OwnerMember(size_t i) { return NamedMember<Desc, kOwnerMembers>(i); }
   static char* At(Record* r, const MemberSpec& m) { return reinterpret_cast<char*>(r) + m.offset; }
   static const char* At(const Record& r, const MemberSpec& m) {
     return reinterpret_cast<const char*>(&r) + m.offset;
@@ -110,6 +108,13 @@ struct OwnedKindTraits {
     const MemberSpec& m = Part(i);
     if (m.type == ValueType::kText) return std::string(At(r, m), strnlen(At(r, m), m.size));
     return std::to_string(GetUnsigned(&r, m.offset, m.type));
+  }
+  // PartText(r, i) == text, without making the part's text.
+  static bool PartIs(const Record& r, size_t i, const std::string& text) {
+    const MemberSpec& m = Part(i);
+    if (m.type != ValueType::kText) return PartText(r, i) == text;
+    const size_t length = strnlen(At(r, m), m.size);
+    return length == text.size() && memcmp(At(r, m), text.data(), length) == 0;
   }
 
   static const char* OwnerName(const Record& r) { return At(r, OwnerMember(0)); }
@@ -159,7 +164,7 @@ struct OwnedKindTraits {
   static bool Matches(const Record& r, const Key& key) {
     if (!InModule(r, key)) return false;
     for (size_t i = 0; i < kParts; ++i) {
-      if (key.parts[i].has_value() && *key.parts[i] != PartText(r, i)) return false;
+      if (key.parts[i].has_value() && !PartIs(r, i, *key.parts[i])) return false;
     }
     return true;
   }

@@ -47,6 +47,18 @@ inline const MemberSpec& SchemaMember(const KindSchema& schema, const char* name
   return schema.members.front();
 }
 
+// The member named kNames[i] in Desc's schema, looked up by name once: a
+// put compares its key with every stored record.
+template <class Desc, const auto& kNames>
+const MemberSpec& NamedMember(size_t i) {
+  static const auto members = [] {
+    std::array<const MemberSpec*, std::size(kNames)> found{};
+    for (size_t j = 0; j < found.size(); ++j) found[j] = &SchemaMember(Desc::Schema(), kNames[j]);
+    return found;
+  }();
+  return *members[i];
+}
+
 // The start of the schema of a record that holds its row, then its record
 // flags and line number, as all these kinds' records do.
 template <class Record>
@@ -77,7 +89,7 @@ struct TextKeyTraits {
   static constexpr const char* kReferencesRemain = Desc::kReferencesRemain;
 
   static const KindSchema& Schema() { return Desc::Schema(); }
-  static const MemberSpec& Part(size_t i) { return SchemaMember(Schema(), Desc::kKeyMembers[i]); }
+  static const MemberSpec& Part(size_t i) { return NamedMember<Desc, Desc::kKeyMembers>(i); }
   static const char* TextOf(const Record& r, size_t i) {
     return reinterpret_cast<const char*>(&r) + Part(i).offset;
   }
