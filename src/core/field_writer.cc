@@ -19,40 +19,19 @@
 
 namespace qv {
 
-size_t FieldBytesRoom(size_t length) {
-  return 5 + 2 + 2 * length + 2;
-}
-
-char* PutFieldBytes(char* at, const char* text, size_t length, uint32_t options) {
-  if (length == 0 && (options & FO_OPTIONAL) != 0) options |= FO_UNQUOTED;
-  auto put = [&at](const char* bytes, size_t n) {
-    memcpy(at, bytes, n);
-    at += n;
-  };
-  if ((options & FO_IAO) != 0) put(";IAO;", 5);
-  if ((options & FO_UNQUOTED) == 0) *at++ = '"';
-  if ((options & FO_VERBATIM) != 0) {
-    put(text, length);
-  } else {
-    for (const char* quote = static_cast<const char*>(memchr(text, '"', length)); quote != nullptr;
-         quote = static_cast<const char*>(memchr(text, '"', length))) {
-      const size_t before = static_cast<size_t>(quote - text);
-      put(text, before);
-      *at++ = '^';
-      *at++ = '"';
-      text = quote + 1;
-      length -= before + 1;
-    }
-    put(text, length);
+char* PutEscapedText(char* at, const char* text, size_t length) {
+  for (const char* quote = static_cast<const char*>(memchr(text, '"', length)); quote != nullptr;
+       quote = static_cast<const char*>(memchr(text, '"', length))) {
+    const size_t before = static_cast<size_t>(quote - text);
+    memcpy(at, text, before);
+    at += before;
+    *at++ = '^';
+    *at++ = '"';
+    text = quote + 1;
+    length -= before + 1;
   }
-  if ((options & FO_UNQUOTED) == 0) *at++ = '"';
-  if ((options & FO_END_RECORD) != 0) {
-    *at++ = '\r';
-    *at++ = '\n';
-  } else {
-    *at++ = ',';
-  }
-  return at;
+  memcpy(at, text, length);
+  return at + length;
 }
 
 void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_t options) {

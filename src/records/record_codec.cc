@@ -5,6 +5,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "core/field_text.h"
 #include "platform/file.h"
@@ -23,7 +24,10 @@ const char* At(const void* record, size_t offset) {
 
 }  // namespace
 
-bool ParseLineField(const LineField& field, char** cursor, void* record) {
+namespace {
+
+// Inlined into the line's loop: a put decodes every field of its section.
+[[gnu::always_inline]] inline bool ParseField(const LineField& field, char** cursor, void* record) {
   switch (field.syntax) {
     case LineSyntax::kInteger: {
       int32_t value = 0;
@@ -73,26 +77,37 @@ bool ParseLineField(const LineField& field, char** cursor, void* record) {
   return false;
 }
 
-// Room for the bytes of one field: a text's own length, or the most a
-// typed field's text can be.
-size_t LineFieldRoom(const LineField& field, const void* record) {
-  if (field.syntax == LineSyntax::kText) return FieldBytesRoom(strlen(At(record, field.offset)));
-  return FieldBytesRoom(sizeof(FieldText::text));
+}  // namespace
+
+bool ParseLineField(const LineField& field, char** cursor, void* record) {
+  return ParseField(field, cursor, record);
+}
+
+namespace {
+
+// The length of a text field's member; 0 for a typed field, whose room is
+// the most its text can be.
+size_t TextLength(const LineField& field, const void* record) {
+  return field.syntax == LineSyntax::kText ? strlen(At(record, field.offset)) : 0;
+}
+
+size_t LineFieldRoom(const LineField& field, size_t text_length) {
+  return FieldBytesRoom(field.syntax == LineSyntax::kText ? text_length : sizeof(FieldText::text));
 }
 
 // Writes the field's bytes at `at` (with LineFieldRoom there) and returns
 // their end; *named is false, reported, for a value the field cannot name,
 // which writes nothing.
-char* PutLineField(const LineField& field, const void* record, uint32_t options, char* at,
-                   bool* named) {
+// text_length: the member's, for a text field.
+[[gnu::always_inline]] inline char* PutLineField(const LineField& field, const void* record,
+                                                 uint32_t options, size_t text_length, char* at,
+                                                 bool* named) {
   *named = true;
   options |= field.options;
-  FieldText text{"", 0, 0};
+  FieldText text;  // each typed case below sets it whole
   switch (field.syntax) {
-    case LineSyntax::kText: {
-      const char* member = At(record, field.offset);
-      return PutFieldBytes(at, member, strlen(member), options);
-    }
+    case LineSyntax::kText:
+      return PutFieldBytes(at, At(record, field.offset), text_length, options);
     case LineSyntax::kInteger: {
       uint32_t value = GetUnsigned(record, field.offset, field.type);
       text = field.type == ValueType::kI32 ? IntegerFieldText(static_cast<int32_t>(value), options)
@@ -127,12 +142,15 @@ char* PutLineField(const LineField& field, const void* record, uint32_t options,
   return PutFieldBytes(at, text.text, text.length, text.options);
 }
 
+}  // namespace
+
 bool AppendLineField(const LineField& field, const void* record, uint32_t options,
                      std::string* out) {
   const size_t start = out->size();
-  out->resize(start + LineFieldRoom(field, record));
+  const size_t length = TextLength(field, record);
+  out->resize(start + LineFieldRoom(field, length));
   bool named = true;
-  char* end = PutLineField(field, record, options, out->data() + start, &named);
+  char* end = PutLineField(field, record, options, length, out->data() + start, &named);
   out->resize(static_cast<size_t>(end - out->data()));
   return named;
 }
@@ -227,7 +245,7 @@ bool ParseRecordLine(const KindSchema& schema, char* line, void* record) {
   char* cursor = line;
   bool all_parsed = true;
   for (const LineField& field : schema.line) {
-    if (ParseLineField(field, &cursor, record)) continue;
+    if (ParseField(field, &cursor, record)) continue;
     all_parsed = false;
     if (schema.failed_line == KindSchema::FailedLine::kFailRead) break;
   }
@@ -262,15 +280,27 @@ bool AppendRecordLine(const KindSchema& schema, const void* record, std::string*
     out->append(memory->memory());
     return written;
   }
-  // Room for every field at once, each written in place.
+  // Room for every field at once, each written in place; a text's length
+  // is counted once, for its room and its writing.
+  const size_t fields = schema.line.size();
+  static thread_local std::vector<size_t> lengths;
+  if (lengths.size() < fields) lengths.resize(fields);
   size_t room = 0;
-  for (const LineField& field : schema.line) room += LineFieldRoom(field, record);
+  for (size_t i = 0; i < fields; ++i) {
+    lengths[i] = TextLength(schema.line[i], record);
+    room += LineFieldRoom(schema.line[i], lengths[i]);
+  }
   const size_t start = out->size();
   out->resize(start + room);
   char* at = out->data() + start;
   bool named = true;
-  for (size_t i = 0; i < schema.line.size() && named; ++i) {
-    at = PutLineField(schema.line[i], record, LineFieldOptions(schema, record, i), at, &named);
+  const uint32_t record_flags = RecordFlagsOf(schema, record);
+  for (size_t i = 0; i < fields && named; ++i) {
+    // As LineFieldOptions gives them, without asking for the flags again.
+    const LineField& field = schema.line[i];
+    uint32_t options = i == 0 || field.takes_record_flags ? record_flags : 0;
+    if (i + 1 == fields) options |= FO_END_RECORD;
+    at = PutLineField(field, record, options, lengths[i], at, &named);
   }
   out->resize(static_cast<size_t>(at - out->data()));
   return named;
