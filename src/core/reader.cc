@@ -1,10 +1,11 @@
 // Physical lines and section headers.
 //
-// A line is read the way the engine always read it: take a whole buffer's
-// worth of bytes, cut at the first line feed and seek back over the rest.
-// qv::File keeps the block in memory, so this costs no system call per line,
-// and the positions (including the byte lost after a line that fills the
-// buffer) stay exactly those of the plain reads.
+// A line is read the way the engine always read it: up to a buffer's worth
+// of bytes, cut at the first line feed (or NUL byte), the position left
+// just after it. The line's end is found in qv::File's cached block, so
+// this costs no system call per line, and the positions (including the
+// byte lost after a line that fills the buffer) stay exactly those of the
+// plain reads.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -22,35 +23,38 @@ int ReadProfileLine(QvFile file, char* buffer, int size) {
   buffer[0] = '\0';
   qv::File* f = qv::File::FromHandle(file);
   if (f == nullptr) return 0;
-  // The bytes come in pieces until the line's end shows: a whole buffer
-  // for each short line would cost far more than the line.
-  constexpr size_t kPiece = 512;
+  // The line's end is looked for in the file's cached block and only the
+  // line is copied: most lines are far shorter than the buffer.
   const size_t limit = static_cast<size_t>(size - 1);
   size_t have = 0;
-  const char* end = nullptr;  // the first line feed or NUL byte
-  while (have < limit && end == nullptr) {
-    long got = f->Read(buffer + have, std::min(kPiece, limit - have));
-    if (got <= 0) break;
-    const char* piece = buffer + have;
-    const size_t text = strnlen(piece, static_cast<size_t>(got));  // up to a NUL byte
-    end = static_cast<const char*>(memchr(piece, '\n', text));
-    if (end == nullptr && text < static_cast<size_t>(got)) end = piece + text;
-    have += static_cast<size_t>(got);
+  bool ended = false;  // at a line feed or a NUL byte
+  while (have < limit && !ended) {
+    const char* bytes = nullptr;
+    size_t got = f->Peek(&bytes);
+    if (got == 0) break;
+    got = std::min(got, limit - have);
+    const char* feed = static_cast<const char*>(memchr(bytes, '\n', got));
+    size_t take = feed != nullptr ? static_cast<size_t>(feed - bytes) : got;
+    const size_t text = strnlen(bytes, take);  // up to a NUL byte
+    if (text < take || feed != nullptr) {
+      // A NUL byte ends the line early: the line cannot be read whole.
+      if (text < take) qv::NoteCutLine();
+      take = text;
+      ended = true;
+    }
+    memcpy(buffer + have, bytes, take);
+    have += take;
+    // Stand just after the line's end (the line feed or NUL byte).
+    f->Seek(static_cast<int64_t>(take) + (ended ? 1 : 0), SEEK_CUR);
   }
-  if (have == 0) return 0;
+  if (have == 0 && !ended) return 0;
   buffer[have] = '\0';
-  size_t length = have;
-  if (end != nullptr) {
-    length = static_cast<size_t>(end - buffer);
-    // A NUL byte ends the line early: the line cannot be read whole.
-    if (*end == '\0') qv::NoteCutLine();
-    buffer[length] = '\0';
-  } else if (have == limit) {
-    // A full buffer ends the line, and the byte after it is skipped.
-    qv::NoteCutLine();
+  if (!ended) {
+    // A full buffer ends the line, and the byte after it is skipped; at the
+    // end of the file, the position goes one byte past it.
+    if (have == limit) qv::NoteCutLine();
+    f->Seek(1, SEEK_CUR);
   }
-  // Stand just after the line feed; without one, one byte past the block.
-  f->Seek(static_cast<int64_t>(length) - static_cast<int64_t>(have) + 1, SEEK_CUR);
   ++qv::State().parse_line;
   return 1;
 }

@@ -91,6 +91,20 @@ long File::Read(void* buffer, size_t n) {
   return static_cast<long>(count);
 }
 
+size_t File::Peek(const char** bytes) {
+  int64_t end = buffer_start_ + static_cast<int64_t>(buffer_size_);
+  bool inside = buffer_size_ > 0 && position_ >= buffer_start_ && position_ <= end;
+  // A block shorter than kBlockSize ended at the end of the file.
+  if (inside && position_ == end && buffer_size_ < kBlockSize) return 0;
+  if (!inside || position_ == end) {
+    if (!Fill(position_)) return 0;
+    end = buffer_start_ + static_cast<int64_t>(buffer_size_);
+  }
+  if (position_ >= end) return 0;
+  *bytes = buffer_ + (position_ - buffer_start_);
+  return static_cast<size_t>(end - position_);
+}
+
 size_t File::Write(const void* data, size_t n) {
   // The cached bytes (and what they say about the end of the file) may no
   // longer hold; the next read fetches a fresh block.

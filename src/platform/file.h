@@ -40,6 +40,12 @@ class File {
   // Reads up to n bytes at the current position; returns the count (0 at the
   // end) or -1 on error.
   long Read(void* buffer, size_t n);
+  // The bytes that follow the current position in the file's cached block
+  // (fetching the block when needed), without moving: *bytes points at
+  // them until the next call on this file. Returns their count, 0 at the
+  // end of the file or on a read error. A reader that looks for a line's
+  // end scans them in place, then moves past what it took with Seek.
+  size_t Peek(const char** bytes);
   // Writes n bytes at the current position; returns the count written.
   size_t Write(const void* data, size_t n);
   // Moves the position; positions beyond the end are allowed (reads there
