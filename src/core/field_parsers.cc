@@ -4,6 +4,7 @@
 // A malformed field is reported with the file and line, and the parser
 // returns 0 with the cursor where it stopped; the caller abandons the record.
 // Integers are the exception: they report, read 0 and let the record go on.
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdio>
@@ -89,15 +90,20 @@ int32_t ReadIntegerToken(char** cursor, uint32_t options) {
     qv::ReportParseProblem(kIntegerNoDigit);
     return 0;
   }
-  const char* digits = *cursor;
-  while (IsDigit(**cursor)) ++*cursor;
+  // The digits are converted as they are passed, saturating as
+  // DecimalToInt32 does: every field of a section's lines comes through here.
+  constexpr int64_t kLimit = int64_t{INT32_MAX} + 1;
+  int64_t magnitude = 0;
+  for (; IsDigit(**cursor); ++*cursor) {
+    magnitude = std::min(magnitude * 10 + (**cursor - '0'), kLimit);
+  }
   qv::SkipBlankChars(cursor);
   if (**cursor != '\0' && **cursor != ',') {
     qv::ReportParseProblem(kIntegerNoComma);
     return 0;
   }
   if (**cursor == ',') ++*cursor;
-  return DecimalToInt32(digits);
+  return static_cast<int32_t>(std::min<int64_t>(magnitude, INT32_MAX));
 }
 
 // One group of a version quad; a group that does not begin with a digit
