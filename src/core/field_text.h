@@ -4,6 +4,7 @@
 #ifndef QUORVEX_CORE_FIELD_TEXT_H_
 #define QUORVEX_CORE_FIELD_TEXT_H_
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -18,6 +19,28 @@ namespace qv {
 // and a double quote unless FO_VERBATIM, then a comma or, for
 // FO_END_RECORD, carriage return and line feed. The text is not touched.
 void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_t options);
+// The text with each double quote escaped, at `at`; returns the end.
+char* PutEscapedText(char* at, const char* text, size_t length);
+// The marker and the opening quote of a field, and its closing quote and
+// separator, as PutFieldBytes writes them around the text.
+inline char* PutFieldStart(char* at, uint32_t options) {
+  if ((options & FO_IAO) != 0) {
+    memcpy(at, ";IAO;", 5);
+    at += 5;
+  }
+  if ((options & FO_UNQUOTED) == 0) *at++ = '"';
+  return at;
+}
+inline char* PutFieldEnd(char* at, uint32_t options) {
+  if ((options & FO_UNQUOTED) == 0) *at++ = '"';
+  if ((options & FO_END_RECORD) != 0) {
+    *at++ = '\r';
+    *at++ = '\n';
+  } else {
+    *at++ = ',';
+  }
+  return at;
+}
 // The same bytes written at `at`, which has room for FieldBytesRoom(length)
 // of them; returns the end of what was written. A caller that puts a whole
 // line together makes room for all its fields at once. Inline: a rewrite
@@ -25,16 +48,10 @@ void AppendFieldBytes(std::string* out, const char* text, size_t length, uint32_
 inline size_t FieldBytesRoom(size_t length) {
   return 5 + 2 + 2 * length + 2;
 }
-// The text with each double quote escaped, at `at`; returns the end.
-char* PutEscapedText(char* at, const char* text, size_t length);
 inline char* PutFieldBytes(char* at, const char* text, size_t length, uint32_t options) {
-  constexpr size_t kShortText = 24;  // shorter: one pass beats the library calls
+  constexpr size_t kShortText = 8;  // shorter: one pass beats the library calls
   if (length == 0 && (options & FO_OPTIONAL) != 0) options |= FO_UNQUOTED;
-  if ((options & FO_IAO) != 0) {
-    memcpy(at, ";IAO;", 5);
-    at += 5;
-  }
-  if ((options & FO_UNQUOTED) == 0) *at++ = '"';
+  at = PutFieldStart(at, options);
   if ((options & FO_VERBATIM) != 0) {
     memcpy(at, text, length);
     at += length;
@@ -46,14 +63,24 @@ inline char* PutFieldBytes(char* at, const char* text, size_t length, uint32_t o
   } else {
     at = PutEscapedText(at, text, length);
   }
-  if ((options & FO_UNQUOTED) == 0) *at++ = '"';
-  if ((options & FO_END_RECORD) != 0) {
-    *at++ = '\r';
-    *at++ = '\n';
-  } else {
-    *at++ = ',';
-  }
-  return at;
+  return PutFieldEnd(at, options);
+}
+
+// The bytes that PutFieldBytes writes for UnsignedFieldText's or
+// IntegerFieldText's field, and for FlagFieldText's, written directly: the
+// record encoder puts every number and flag of a section through them.
+template <class Number>
+inline char* PutNumberField(char* at, Number value, uint32_t options) {
+  options |= FO_UNQUOTED;
+  at = PutFieldStart(at, options);
+  if (value != 0 || (options & FO_OPTIONAL) == 0) at = std::to_chars(at, at + 11, value).ptr;
+  return PutFieldEnd(at, options);
+}
+inline char* PutFlagField(char* at, uint32_t value, uint32_t options) {
+  options |= FO_UNQUOTED;
+  at = PutFieldStart(at, options);
+  *at++ = value != 0 ? 'Y' : 'N';
+  return PutFieldEnd(at, options);
 }
 
 // A typed field's text, and the options with which its writer hands it to

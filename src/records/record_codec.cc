@@ -110,13 +110,12 @@ size_t LineFieldRoom(const LineField& field, size_t text_length) {
       return PutFieldBytes(at, At(record, field.offset), text_length, options);
     case LineSyntax::kInteger: {
       uint32_t value = GetUnsigned(record, field.offset, field.type);
-      text = field.type == ValueType::kI32 ? IntegerFieldText(static_cast<int32_t>(value), options)
-                                           : UnsignedFieldText(value, options);
-      break;
+      return field.type == ValueType::kI32
+                 ? PutNumberField(at, static_cast<int32_t>(value), options)
+                 : PutNumberField(at, value, options);
     }
     case LineSyntax::kFlag:
-      text = FlagFieldText(GetUnsigned(record, field.offset, field.type) & field.bit, options);
-      break;
+      return PutFlagField(at, GetUnsigned(record, field.offset, field.type) & field.bit, options);
     case LineSyntax::kFlagString32:
       text = FlagString32FieldText(GetUnsigned(record, field.offset, field.type), options);
       break;
