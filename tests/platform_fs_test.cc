@@ -108,6 +108,19 @@ TEST(ResolvePath, SeparatorsAreNormalised) {
   EXPECT_EQ(qv::ResolvePath("/"), "/");
 }
 
+TEST(ResolvePath, AnExistingPathWrittenWithBackslashesAndDoubledSeparators) {
+  TempDir dir;
+  dir.Write("Profile/ADS/adlist.ad", "x");
+  EXPECT_EQ(qv::ResolvePath(dir.path() + "\\Profile\\\\ADS//adlist.ad"),
+            dir.Join("Profile/ADS/adlist.ad"));
+  EXPECT_EQ(qv::ResolvePath(dir.path() + "\\Profile\\ADS\\"), dir.Join("Profile/ADS") + "/");
+  // Through a link and back out again, as the system walks it.
+  qvtest::MakeDirs(dir.Join("Profile/Other"));
+  ASSERT_EQ(symlink(dir.Join("Profile/ADS").c_str(), dir.Join("Link").c_str()), 0);
+  EXPECT_EQ(qv::ResolvePath(dir.path() + "\\Link\\..\\Profile\\Other"),
+            dir.path() + "/Link/../Profile/Other");
+}
+
 TEST(ResolvePath, RelativePathsResolveAgainstCurrentFolder) {
   TempDir dir;
   dir.Write("Sub/Name.txt", "x");

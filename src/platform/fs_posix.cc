@@ -56,15 +56,21 @@ bool IsSeparator(char c) {
 }
 
 std::string ResolvePath(const std::string& path) {
-  // A path that already exists as spelled, written with single slashes,
-  // is its own stored spelling: the walk would find every component's
-  // exact name. One lstat instead of one per component, for the engine
-  // resolves the same few paths many times per operation.
-  struct stat st;
-  if (!path.empty() && path.find('\\') == std::string::npos &&
-      path.find("//") == std::string::npos && lstat(path.c_str(), &st) == 0) {
-    return path;
+  // The path with every run of separators made one slash; when that exists
+  // as spelled, it is its own stored spelling (the walk would find every
+  // component's exact name). One lstat instead of one per component: the
+  // engine resolves the same few paths many times per operation.
+  std::string plain;
+  plain.reserve(path.size());
+  for (char c : path) {
+    if (!IsSeparator(c)) {
+      plain.push_back(c);
+    } else if (plain.empty() || plain.back() != '/') {
+      plain.push_back('/');
+    }
   }
+  struct stat st;
+  if (!plain.empty() && lstat(plain.c_str(), &st) == 0) return plain;
   return ResolveComponents("", path, 0, '/', 0, FindComponent);
 }
 
