@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/plain_lines.h"
 #include "core/report_capture.h"
 #include "core/state.h"
 #include "core/text_chars.h"
@@ -58,6 +59,42 @@ int ReadProfileLine(QvFile file, char* buffer, int size) {
   ++qv::State().parse_line;
   return 1;
 }
+
+}  // extern "C"
+
+namespace qv {
+
+void SkipPlainLines(QvFile file) {
+  File* f = File::FromHandle(file);
+  if (f == nullptr) return;
+  constexpr size_t kLimit = QV_LINE_SIZE - 1;  // what ReadRecordLine's buffer holds
+  for (;;) {
+    const char* bytes = nullptr;
+    const size_t got = f->Peek(&bytes);
+    size_t passed = 0;  // the bytes of the whole plain lines passed in this block
+    while (passed < got) {
+      const char* line = bytes + passed;
+      const size_t left = std::min(got - passed, kLimit);
+      const char* feed = static_cast<const char*>(memchr(line, '\n', left));
+      // A line that runs past the block or the buffer is left to the reader.
+      if (feed == nullptr) break;
+      const size_t length = static_cast<size_t>(feed - line);
+      if (strnlen(line, length) != length) break;  // a NUL byte: a cut line
+      const char* first = line;
+      while (first < feed && IsBlank(*first)) ++first;
+      if (first < feed && (*first == '[' || *first == ';')) break;
+      passed += length + 1;
+      ++State().parse_line;
+    }
+    if (passed == 0) return;
+    f->Seek(static_cast<int64_t>(passed), SEEK_CUR);
+    if (passed < got) return;
+  }
+}
+
+}  // namespace qv
+
+extern "C" {
 
 void SkipBlanks(char** cursor) {
   qv::SkipBlankChars(cursor);

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/plain_lines.h"
 #include "core/text_chars.h"
 #include "platform/file.h"
 #include "quorvex/text.h"
@@ -88,8 +89,9 @@ int CopyTailAfterSection(QvFile input, QvFile output, const char* section) {
   // section and stops on the next header (or at the end of the file).
   char record[QV_LINE_SIZE];
   uint32_t flags = 0;
-  while (ReadRecordLine(input, record, &flags, COMMENT_MODE_SKIP) != 0) {
-  }
+  do {
+    qv::SkipPlainLines(input);
+  } while (ReadRecordLine(input, record, &flags, COMMENT_MODE_SKIP) != 0);
   qv::CopyRemainingLines(input, out);
   return 1;
 }
