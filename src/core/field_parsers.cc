@@ -135,8 +135,8 @@ int ParseQuotedString(char** cursor, char* destination, uint32_t options, int si
   bool escapes = false;
   // A double quote behind a caret belongs to the text.
   for (;; ++close) {
-    if (*close == '\0') return qv::Fail(qv::kStringNoClosingQuote);
-    if (*close != '"') continue;
+    close = strchr(close, '"');
+    if (close == nullptr) return qv::Fail(qv::kStringNoClosingQuote);
     if (close[-1] != '^') break;
     escapes = true;
   }

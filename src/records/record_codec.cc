@@ -92,7 +92,16 @@ size_t TextLength(const LineField& field, const void* record) {
 }
 
 size_t LineFieldRoom(const LineField& field, size_t text_length) {
-  return FieldBytesRoom(field.syntax == LineSyntax::kText ? text_length : sizeof(FieldText::text));
+  switch (field.syntax) {
+    case LineSyntax::kText:
+      return FieldBytesRoom(text_length);
+    case LineSyntax::kInteger:
+      return 5 + 11 + 2;  // the marker, a sign and ten digits, the line's end
+    case LineSyntax::kFlag:
+      return 5 + 1 + 2;
+    default:
+      return FieldBytesRoom(sizeof(FieldText::text));
+  }
 }
 
 // Writes the field's bytes at `at` (with LineFieldRoom there) and returns
