@@ -40,28 +40,25 @@ std::vector<uint32_t> AllOptions() {
   return all;
 }
 
-TEST(FieldTextTest, UnsignedNumbersWrittenDirectlyMatchTheirFieldText) {
-  const uint32_t values[] = {0,    1,           9,           10,
-                             4096, 2147483647u, 2147483648u, std::numeric_limits<uint32_t>::max()};
+template <class Number>
+void ExpectNumbersMatch(const std::vector<Number>& values,
+                        qv::FieldText (*field_text)(Number, uint32_t)) {
   for (uint32_t options : AllOptions()) {
-    for (uint32_t value : values) {
+    for (Number value : values) {
       EXPECT_EQ(Direct([&](char* at) { return qv::PutNumberField(at, value, options); }),
-                ThroughFieldText(qv::UnsignedFieldText(value, options)))
+                ThroughFieldText(field_text(value, options)))
           << value << " with options " << std::hex << options;
     }
   }
 }
 
-TEST(FieldTextTest, SignedNumbersWrittenDirectlyMatchTheirFieldText) {
-  const int32_t values[] = {
-      0, 1, -1, 42, -42, std::numeric_limits<int32_t>::max(), std::numeric_limits<int32_t>::min()};
-  for (uint32_t options : AllOptions()) {
-    for (int32_t value : values) {
-      EXPECT_EQ(Direct([&](char* at) { return qv::PutNumberField(at, value, options); }),
-                ThroughFieldText(qv::IntegerFieldText(value, options)))
-          << value << " with options " << std::hex << options;
-    }
-  }
+TEST(FieldTextTest, NumbersWrittenDirectlyMatchTheirFieldText) {
+  ExpectNumbersMatch<uint32_t>(
+      {0, 1, 9, 10, 4096, 2147483647u, 2147483648u, std::numeric_limits<uint32_t>::max()},
+      qv::UnsignedFieldText);
+  ExpectNumbersMatch<int32_t>(
+      {0, 1, -1, 42, -42, std::numeric_limits<int32_t>::max(), std::numeric_limits<int32_t>::min()},
+      qv::IntegerFieldText);
 }
 
 TEST(FieldTextTest, FlagsWrittenDirectlyMatchTheirFieldText) {

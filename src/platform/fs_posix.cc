@@ -18,6 +18,7 @@
 #include "platform/held_file.h"
 #include "platform/names.h"
 #include "platform/path_components.h"
+#include "platform/replace_with.h"
 #include "platform/write_faults.h"
 
 namespace qv {
@@ -173,10 +174,9 @@ bool WriteAll(int fd, const char* bytes, size_t n) {
   return true;
 }
 
-// Replaces the file at the host path `to` with what fill writes: into a
-// new file beside it, made durable and renamed over it, so that a crash
-// leaves the old file or the new one and never half of either.
-bool ReplaceWith(const std::string& to, const std::function<bool(int out)>& fill) {
+}  // namespace
+
+bool ReplaceWith(const std::string& to, const std::function<bool(const WriteBytes& write)>& fill) {
   if (to.empty()) return false;
   struct stat target_stat;
   bool target_exists = stat(to.c_str(), &target_stat) == 0;
@@ -189,7 +189,7 @@ bool ReplaceWith(const std::string& to, const std::function<bool(int out)>& fill
   std::string temp = directory + "." + name + ".XXXXXX";
   int out = mkostemp(temp.data(), O_CLOEXEC);
   if (out < 0) return false;
-  bool ok = fill(out);
+  bool ok = fill([out](const char* bytes, size_t n) { return WriteAll(out, bytes, n); });
   // The new file carries the old one's permissions (a new one those the
   // umask gives a fresh file).
   mode_t mode;
@@ -217,45 +217,6 @@ bool ReplaceWith(const std::string& to, const std::function<bool(int out)>& fill
     close(dir);
   }
   return true;
-}
-
-}  // namespace
-
-bool ReplaceFileContent(const std::string& source, const std::string& target) {
-  std::string from = ResolvePath(source);
-  if (from.empty()) return false;
-  int in = open(from.c_str(), O_RDONLY | O_CLOEXEC);
-  if (in < 0) return false;
-  struct stat source_stat;
-  if (fstat(in, &source_stat) != 0 || S_ISDIR(source_stat.st_mode)) {
-    close(in);
-    return false;
-  }
-  bool ok = ReplaceWith(ResolvePath(target), [in](int out) {
-    std::vector<char> block(64 * 1024);
-    for (;;) {
-      ssize_t r = read(in, block.data(), block.size());
-      if (r < 0) {
-        if (errno == EINTR) continue;
-        return false;
-      }
-      if (r == 0) return true;
-      if (!WriteAll(out, block.data(), static_cast<size_t>(r))) return false;
-    }
-  });
-  int saved = errno;
-  close(in);
-  errno = saved;
-  return ok;
-}
-
-bool ReplaceFileWithBytes(const ByteRuns& content, const std::string& target) {
-  return ReplaceWith(ResolvePath(target), [&content](int out) {
-    for (std::string_view run : content) {
-      if (!WriteAll(out, run.data(), run.size())) return false;
-    }
-    return true;
-  });
 }
 
 std::string LastPathComponent(const std::string& path) {

@@ -17,6 +17,7 @@
 #include "platform/held_file.h"
 #include "platform/names.h"
 #include "platform/path_components.h"
+#include "platform/replace_with.h"
 #include "platform/win32.h"
 #include "platform/write_faults.h"
 
@@ -186,10 +187,9 @@ bool WriteAll(HANDLE out, const char* bytes, size_t n) {
   return true;
 }
 
-// Replaces the file at the host path `to` with what fill writes: into a
-// new file beside it, flushed and moved over it, so that a crash leaves
-// the old file or the new one and never half of either.
-bool ReplaceWith(const std::string& to, const std::function<bool(HANDLE out)>& fill) {
+}  // namespace
+
+bool ReplaceWith(const std::string& to, const std::function<bool(const WriteBytes& write)>& fill) {
   if (to.empty()) return false;
   DWORD target_attributes = Attributes(to);
   if (target_attributes != kNoAttributes &&
@@ -204,7 +204,8 @@ bool ReplaceWith(const std::string& to, const std::function<bool(HANDLE out)>& f
   }
   HANDLE out = CreateFileA(temp.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING,
                            FILE_ATTRIBUTE_NORMAL, nullptr);
-  bool ok = out != INVALID_HANDLE_VALUE && fill(out);
+  bool ok = out != INVALID_HANDLE_VALUE &&
+            fill([out](const char* bytes, size_t n) { return WriteAll(out, bytes, n); });
   int code = ok ? 0 : (errno != 0 ? errno : EIO);
   if (out != INVALID_HANDLE_VALUE) {
     if (ok && !FlushFileBuffers(out)) code = SetErrnoFromLastError(), ok = false;
@@ -221,41 +222,6 @@ bool ReplaceWith(const std::string& to, const std::function<bool(HANDLE out)>& f
     return false;
   }
   return true;
-}
-
-}  // namespace
-
-bool ReplaceFileContent(const std::string& source, const std::string& target) {
-  std::string from = ResolvePath(source);
-  if (from.empty()) return false;
-  HANDLE in = CreateFileA(from.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (in == INVALID_HANDLE_VALUE) {
-    SetErrnoFromLastError();
-    return false;
-  }
-  bool ok = ReplaceWith(ResolvePath(target), [in](HANDLE out) {
-    std::vector<char> block(64 * 1024);
-    for (;;) {
-      DWORD r = 0;
-      if (!ReadFile(in, block.data(), static_cast<DWORD>(block.size()), &r, nullptr)) return false;
-      if (r == 0) return true;
-      if (!WriteAll(out, block.data(), r)) return false;
-    }
-  });
-  int saved = errno;
-  CloseHandle(in);
-  errno = saved;
-  return ok;
-}
-
-bool ReplaceFileWithBytes(const ByteRuns& content, const std::string& target) {
-  return ReplaceWith(ResolvePath(target), [&content](HANDLE out) {
-    for (std::string_view run : content) {
-      if (!WriteAll(out, run.data(), run.size())) return false;
-    }
-    return true;
-  });
 }
 
 std::string LastPathComponent(const std::string& path) {
