@@ -11,19 +11,20 @@
 #include <cstring>
 
 #include "core/plain_lines.h"
+#include "core/read_line.h"
 #include "core/report_capture.h"
 #include "core/state.h"
 #include "core/text_chars.h"
 #include "platform/file.h"
 #include "quorvex/text.h"
 
-extern "C" {
+namespace qv {
 
-int ReadProfileLine(QvFile file, char* buffer, int size) {
-  if (size <= 0) return 0;
+long ReadLine(QvFile file, char* buffer, int size) {
+  if (size <= 0) return -1;
   buffer[0] = '\0';
-  qv::File* f = qv::File::FromHandle(file);
-  if (f == nullptr) return 0;
+  File* f = File::FromHandle(file);
+  if (f == nullptr) return -1;
   // The line's end is looked for in the file's cached block and only the
   // line is copied: most lines are far shorter than the buffer.
   const size_t limit = static_cast<size_t>(size - 1);
@@ -39,7 +40,7 @@ int ReadProfileLine(QvFile file, char* buffer, int size) {
     const size_t text = strnlen(bytes, take);  // up to a NUL byte
     if (text < take || feed != nullptr) {
       // A NUL byte ends the line early: the line cannot be read whole.
-      if (text < take) qv::NoteCutLine();
+      if (text < take) NoteCutLine();
       take = text;
       ended = true;
     }
@@ -48,16 +49,24 @@ int ReadProfileLine(QvFile file, char* buffer, int size) {
     // Stand just after the line's end (the line feed or NUL byte).
     f->Seek(static_cast<int64_t>(take) + (ended ? 1 : 0), SEEK_CUR);
   }
-  if (have == 0 && !ended) return 0;
+  if (have == 0 && !ended) return -1;
   buffer[have] = '\0';
   if (!ended) {
     // A full buffer ends the line, and the byte after it is skipped; at the
     // end of the file, the position goes one byte past it.
-    if (have == limit) qv::NoteCutLine();
+    if (have == limit) NoteCutLine();
     f->Seek(1, SEEK_CUR);
   }
-  ++qv::State().parse_line;
-  return 1;
+  ++State().parse_line;
+  return static_cast<long>(have);
+}
+
+}  // namespace qv
+
+extern "C" {
+
+int ReadProfileLine(QvFile file, char* buffer, int size) {
+  return qv::ReadLine(file, buffer, size) >= 0 ? 1 : 0;
 }
 
 }  // extern "C"

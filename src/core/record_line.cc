@@ -9,9 +9,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/read_line.h"
+#include "core/report_capture.h"
 #include "core/text_chars.h"
 #include "platform/file.h"
-#include "core/report_capture.h"
 #include "quorvex/report.h"
 #include "quorvex/text.h"
 
@@ -31,8 +32,8 @@ class RecordText {
 
   // Appends text; false (text left as it was) when the record would pass
   // the size of the caller's buffer.
-  bool Append(const char* text) {
-    size_t n = strlen(text);
+  bool Append(const char* text) { return Append(text, strlen(text)); }
+  bool Append(const char* text, size_t n) {
     if (length_ + n > kRecordLimit) return false;
     memcpy(buffer_ + length_, text, n + 1);
     length_ += n;
@@ -64,13 +65,15 @@ char* NextContinuation(QvFile file, char* line) {
   return p;
 }
 
-// A plain record: the line (leading blanks already skipped), then every
-// following line while the joined text ends in a backslash, whatever that
-// line begins with.
-bool ReadPlainRecord(QvFile file, char* text, char* record) {
-  TrimTrailingBlanks(text);
+// A plain record: the line (leading blanks already skipped, `length` bytes
+// long), then every following line while the joined text ends in a
+// backslash, whatever that line begins with.
+bool ReadPlainRecord(QvFile file, char* text, size_t length, char* record) {
+  // As TrimTrailingBlanks, with the length known.
+  while (length > 1 && IsBlank(text[length - 1])) --length;
+  text[length] = '\0';
   RecordText joined(record);
-  joined.Append(text);
+  joined.Append(text, length);
   char line[QV_LINE_SIZE];
   while (joined.EndsInBackslash()) {
     joined.DropLast();
@@ -134,17 +137,18 @@ int ReadRecordLine(QvFile file, char* record, uint32_t* recordFlags, int comment
   *recordFlags = 0;
   char line[QV_LINE_SIZE];
   for (;;) {
-    if (!ReadProfileLine(file, line, sizeof line)) return 0;
+    const long length = qv::ReadLine(file, line, sizeof line);
+    if (length < 0) return 0;
     char* p = line;
     qv::SkipBlankChars(&p);
     if (*p == '[') {
       // The next section begins: step back so that its header is read again.
-      qv::File::FromHandle(file)->Seek(-static_cast<int64_t>(strlen(line) + 1), SEEK_CUR);
+      qv::File::FromHandle(file)->Seek(-(length + 1), SEEK_CUR);
       return 0;
     }
     if (*p != ';') {
       if (commentMode == COMMENT_MODE_SKIP || *p == '\0') continue;
-      return qv::ReadPlainRecord(file, p, record) ? 1 : 0;
+      return qv::ReadPlainRecord(file, p, static_cast<size_t>(line + length - p), record) ? 1 : 0;
     }
     bool marked = strncmp(p, qv::kMarker, qv::kMarkerLength) == 0;
     if (marked && (commentMode == COMMENT_MODE_RECORDS || commentMode == COMMENT_MODE_LISTING)) {
