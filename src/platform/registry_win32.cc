@@ -6,7 +6,18 @@
 // HKEY_CURRENT_USER instead. Reads look under HKEY_CURRENT_USER first, so
 // that such a user sees what they wrote, and then under
 // HKEY_LOCAL_MACHINE, where an installation put the machine's values.
+//
+// Tests give a program, or one test, a registry of its own by naming it in
+// QUORVEX_REGISTRY (on POSIX, the file that holds the registry), so that
+// what one stores (a program's last profile, a file's state) is never read
+// by another running beside it. Windows has one registry for all
+// processes, so here that name picks a private branch of
+// HKEY_CURRENT_USER, which then stands for both hives. The branch is
+// volatile: it lasts as long as the running registry and is never written
+// to disk, so test runs do not pile up keys.
 
+#include <cstdio>
+#include <cstdlib>
 #include <vector>
 
 #include "platform/registry.h"
@@ -24,9 +35,41 @@ std::string SubKey(const std::string& key) {
   return NativeSeparators(key.substr(begin, end - begin));
 }
 
+constexpr char kPrivateBranches[] = "Software\\QUORVEX private registries\\";
+
+// The private branch that QUORVEX_REGISTRY names, "" when it is not set.
+std::string PrivateBranch() {
+  const char* name = getenv("QUORVEX_REGISTRY");
+  if (name == nullptr || *name == '\0') return std::string();
+  // The name becomes one key, so it keeps no "\\"; a key's name holds at
+  // most 255 characters, so a long one keeps its end behind a hash of the
+  // whole, which tells apart names that end alike.
+  std::string component = name;
+  uint64_t hash = 14695981039346656037ULL;
+  for (char& c : component) {
+    hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+    if (c == '\\') c = '/';
+  }
+  constexpr size_t kKept = 200;
+  if (component.size() > kKept) {
+    char prefix[24];
+    snprintf(prefix, sizeof prefix, "%016llx~", static_cast<unsigned long long>(hash));
+    component = prefix + component.substr(component.size() - kKept);
+  }
+  return kPrivateBranches + component;
+}
+
 // The key opened for reading from the first hive that has it.
 HKEY OpenForReading(const std::string& key) {
   std::string sub = SubKey(key);
+  std::string branch = PrivateBranch();
+  if (!branch.empty()) {
+    HKEY opened;
+    std::string path = branch + "\\" + sub;
+    return RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &opened) == ERROR_SUCCESS
+               ? opened
+               : nullptr;
+  }
   for (HKEY hive : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
     HKEY opened;
     if (RegOpenKeyExA(hive, sub.c_str(), 0, KEY_READ, &opened) == ERROR_SUCCESS) return opened;
@@ -38,6 +81,15 @@ HKEY OpenForReading(const std::string& key) {
 // HKEY_LOCAL_MACHINE refuses.
 HKEY OpenForWriting(const std::string& key) {
   std::string sub = SubKey(key);
+  std::string branch = PrivateBranch();
+  if (!branch.empty()) {
+    HKEY opened;
+    std::string path = branch + "\\" + sub;
+    return RegCreateKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, REG_OPTION_VOLATILE,
+                           KEY_READ | KEY_WRITE, nullptr, &opened, nullptr) == ERROR_SUCCESS
+               ? opened
+               : nullptr;
+  }
   for (HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
     HKEY opened;
     LONG r = RegCreateKeyExA(hive, sub.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
