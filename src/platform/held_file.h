@@ -24,6 +24,13 @@ File* CreateHeldFile(const std::string& path, int* error = nullptr);
 // host_path is the resolved path. Nothing happens for other names.
 void ReleaseHeldName(const std::string& host_path);
 
+// Lets go of every name held below the folder host_folder (a resolved path),
+// as the end of the process would. For tests that remove a folder of theirs
+// and go on in the same process: a name still held keeps its file from
+// being removed on Windows (a file deleted while a handle is open lingers
+// until the handle closes), and with it the folder.
+void ReleaseHeldNamesBelow(const std::string& host_folder);
+
 }  // namespace qv
 
 #endif  // QUORVEX_PLATFORM_HELD_FILE_H_

@@ -139,4 +139,15 @@ void ReleaseHeldName(const std::string& host_path) {
   Holds().erase(it);
 }
 
+void ReleaseHeldNamesBelow(const std::string& host_folder) {
+  std::string prefix = host_folder;
+  if (prefix.empty() || prefix.back() != '/') prefix += '/';
+  std::lock_guard<std::mutex> guard(g_holds_mutex);
+  for (auto it = Holds().lower_bound(prefix);
+       it != Holds().end() && it->first.compare(0, prefix.size(), prefix) == 0;) {
+    close(it->second);
+    it = Holds().erase(it);
+  }
+}
+
 }  // namespace qv

@@ -9,6 +9,7 @@
 
 #include "platform/environment.h"
 #include "platform/fs.h"
+#include "platform/held_file.h"
 #ifdef _WIN32
 #include "platform/win32.h"
 #endif
@@ -79,7 +80,48 @@ void MakeDirs(const std::string& path) {
   fs::create_directories(path, ec);
 }
 
+#ifdef _WIN32
+namespace {
+
+// Removal with the system's own calls, one pass over the tree: an entry
+// that cannot go is passed over (and with it its folder). The standard
+// library's removal under mingw-w64 went over a folder again and again when
+// it held a file that was deleted but still open, until the process ran out
+// of descriptors.
+void RemoveTreeOnWindows(const std::string& path) {
+  WIN32_FIND_DATAA found;
+  HANDLE search = FindFirstFileA((path + "\\*").c_str(), &found);
+  if (search != INVALID_HANDLE_VALUE) {
+    do {
+      std::string name = found.cFileName;
+      if (name == "." || name == "..") continue;
+      std::string child = path + "\\" + name;
+      // Windows refuses to delete what is read-only.
+      SetFileAttributesA(child.c_str(), found.dwFileAttributes & ~FILE_ATTRIBUTE_READONLY);
+      if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+        DeleteFileA(child.c_str());
+      } else if ((found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+        RemoveDirectoryA(child.c_str());  // a link to a folder, not its content
+      } else {
+        RemoveTreeOnWindows(child);
+      }
+    } while (FindNextFileA(search, &found));
+    FindClose(search);
+  }
+  RemoveDirectoryA(path.c_str());
+}
+
+}  // namespace
+#endif
+
 void RemoveTree(const std::string& path) {
+  // The engine holds its temporary files' names until it deletes them or
+  // the process ends; a test's folder going away lets go of them, as the
+  // end of a test's process would.
+  qv::ReleaseHeldNamesBelow(qv::ResolvePath(path));
+#ifdef _WIN32
+  RemoveTreeOnWindows(path);
+#else
   std::error_code ec;
   // Tests make files read-only; give write access back so removal works
   // (Windows refuses to delete a read-only file).
@@ -88,6 +130,7 @@ void RemoveTree(const std::string& path) {
     fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ec);
   }
   fs::remove_all(path, ec);
+#endif
 }
 
 bool PathExists(const std::string& path) {
