@@ -1,15 +1,19 @@
 // The profile lock file: exclusion between processes, stale files, release.
+// The other processes are this program in a child mode.
 
 #include "platform/lock_file.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
+#include "support/child_mode.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -17,19 +21,54 @@ namespace {
 using qv::LockFile;
 using qvtest::TempDir;
 
+// Child PATH: takes the lock and lets it go; 0 when it got it.
+int TryLock(const std::vector<std::string>& args) {
+  LockFile* lock = LockFile::Acquire(args.at(0));
+  if (lock == nullptr) return 1;
+  lock->Release();
+  return 0;
+}
+const qvtest::ChildMode kTryLock("try-lock", TryLock);
+
+// Child PATH ANSWER: takes the lock, writes "y" (or "n" when it did not
+// get it) to ANSWER and holds the lock until it is killed, which it does
+// itself when ANSWER.kill appears.
+int HoldLock(const std::vector<std::string>& args) {
+  LockFile* lock = LockFile::Acquire(args.at(0));
+  qvtest::WriteFileBytes(args.at(1) + ".part", lock != nullptr ? "y" : "n");
+  std::rename((args.at(1) + ".part").c_str(), args.at(1).c_str());
+  for (;;) {
+    if (qvtest::PathExists(args.at(1) + ".kill")) qvtest::EndAsIfKilled();
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+const qvtest::ChildMode kHoldLock("hold-lock", HoldLock);
+
+// Child PATH MARKER: takes the lock in 50 rounds and holds it briefly each
+// time it gets it, with MARKER made as a folder meanwhile; 3 when the
+// marker was there already (another holder at the same time), else 0 when
+// it got the lock at least once.
+int RaceForLock(const std::vector<std::string>& args) {
+  int wins = 0;
+  for (int round = 0; round < 50; ++round) {
+    LockFile* lock = LockFile::Acquire(args.at(0));
+    if (lock == nullptr) continue;
+    ++wins;
+    std::error_code ec;
+    if (!std::filesystem::create_directory(args.at(1), ec)) return 3;
+    std::this_thread::sleep_for(std::chrono::microseconds(200));
+    std::filesystem::remove(args.at(1), ec);
+    lock->Release();
+  }
+  return wins > 0 ? 0 : 1;
+}
+const qvtest::ChildMode kRaceForLock("race-for-lock", RaceForLock);
+
 // Runs Acquire in a child process; true when the child got the lock.
 bool ChildCanAcquire(const std::string& path) {
-  pid_t pid = fork();
-  if (pid == 0) {
-    LockFile* lock = LockFile::Acquire(path);
-    if (lock == nullptr) _exit(1);
-    lock->Release();
-    _exit(0);
-  }
-  int status = 0;
-  EXPECT_EQ(waitpid(pid, &status, 0), pid);
-  EXPECT_TRUE(WIFEXITED(status));
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  int status = qvtest::RunChild("try-lock", {path});
+  EXPECT_TRUE(status == 0 || status == 1) << status;
+  return status == 0;
 }
 
 TEST(LockFile, AcquireCreatesAndReleaseRemoves) {
@@ -71,27 +110,23 @@ TEST(LockFile, SecondAcquireInSameProcessFails) {
 TEST(LockFile, KilledHolderDoesNotBlock) {
   TempDir dir;
   std::string path = dir.Join("QUORVEX.LOK");
-  int ready[2];
-  ASSERT_EQ(pipe(ready), 0);
-  pid_t pid = fork();
-  if (pid == 0) {
-    close(ready[0]);
-    LockFile* lock = LockFile::Acquire(path);
-    char c = lock != nullptr ? 'y' : 'n';
-    if (write(ready[1], &c, 1) != 1) _exit(2);
-    for (;;) pause();
+  std::string answer = dir.Join("answer");
+  qvtest::Child child("hold-lock", {path, answer});
+  for (int i = 0; i < 12000 && !qvtest::PathExists(answer); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
-  close(ready[1]);
-  char c = 0;
-  ASSERT_EQ(read(ready[0], &c, 1), 1);
-  close(ready[0]);
-  EXPECT_EQ(c, 'y');
+  ASSERT_TRUE(qvtest::PathExists(answer)) << "the child did not answer";
+  EXPECT_EQ(qvtest::ReadFileBytes(answer), "y");
   EXPECT_EQ(LockFile::Acquire(path), nullptr);  // the child holds it
-  ASSERT_EQ(kill(pid, SIGKILL), 0);
-  int status = 0;
-  ASSERT_EQ(waitpid(pid, &status, 0), pid);
-  EXPECT_TRUE(WIFSIGNALED(status));
+  qvtest::WriteFileBytes(answer + ".kill", "");
+  EXPECT_EQ(child.Wait(), 137);  // killed
+#ifdef _WIN32
+  // The system closes a killed process's handles, and the lock file goes
+  // with the one that deletes it on close.
+  EXPECT_FALSE(qvtest::PathExists(path));
+#else
   EXPECT_TRUE(qvtest::PathExists(path));  // left behind by the crash
+#endif
   LockFile* lock = LockFile::Acquire(path);
   ASSERT_NE(lock, nullptr);
   lock->Release();
@@ -111,7 +146,8 @@ TEST(LockFile, StaleFileDoesNotBlock) {
 TEST(LockFile, ReadOnlyStaleFileDoesNotBlock) {
   TempDir dir;
   std::string path = dir.Write("QUORVEX.LOK", "");
-  ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+  qvtest::MakeReadOnly(path);
+  ASSERT_TRUE(qvtest::IsReadOnly(path));
   LockFile* lock = LockFile::Acquire(path);
   ASSERT_NE(lock, nullptr);
   lock->Release();
@@ -128,33 +164,19 @@ TEST(LockFile, ManyProcessesOnlyOneWins) {
   TempDir dir;
   std::string path = dir.Join("QUORVEX.LOK");
   // Each child tries to take the lock and hold it briefly; at no time may
-  // two hold it at once, which the marker file checks.
+  // two hold it at once, which the marker folder checks.
   std::string marker = dir.Join("holder");
   const int kChildren = 6;
-  pid_t pids[kChildren];
+  std::vector<std::unique_ptr<qvtest::Child>> children;
   for (int i = 0; i < kChildren; ++i) {
-    pids[i] = fork();
-    if (pids[i] == 0) {
-      int wins = 0;
-      for (int round = 0; round < 50; ++round) {
-        LockFile* lock = LockFile::Acquire(path);
-        if (lock == nullptr) continue;
-        ++wins;
-        if (mkdir(marker.c_str(), 0700) != 0) _exit(3);  // someone else holds it too
-        usleep(200);
-        rmdir(marker.c_str());
-        lock->Release();
-      }
-      _exit(wins > 0 ? 0 : 1);
-    }
+    children.push_back(
+        std::make_unique<qvtest::Child>("race-for-lock", std::vector<std::string>{path, marker}));
   }
   int exited_ok = 0;
-  for (int i = 0; i < kChildren; ++i) {
-    int status = 0;
-    ASSERT_EQ(waitpid(pids[i], &status, 0), pids[i]);
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_NE(WEXITSTATUS(status), 3);
-    if (WEXITSTATUS(status) == 0) ++exited_ok;
+  for (auto& child : children) {
+    int status = child->Wait();
+    EXPECT_TRUE(status == 0 || status == 1) << status;  // 3: two held it at once
+    if (status == 0) ++exited_ok;
   }
   EXPECT_GE(exited_ok, 1);
   EXPECT_FALSE(qvtest::PathExists(path));

@@ -1,17 +1,17 @@
 // A profile held open by another process, for the tests of what one
 // process sees while another has the profile. The other process is this
-// test program started again in a child mode, so that the same code serves
-// every system (there is no fork on Windows). It talks to the test through
-// files in a folder of its own: it says whether the open succeeded, then
-// waits to be told to close the profile and end, or to end at once without
-// closing anything, as a killed process does.
+// test program in a child mode (support/child_mode.h). It talks to the test
+// through files in a folder of its own: it says whether the open succeeded,
+// then waits to be told to close the profile and end, or to end at once
+// without closing anything, as a killed process does.
 #ifndef QUORVEX_TESTS_SUPPORT_PROFILE_HOLDER_H_
 #define QUORVEX_TESTS_SUPPORT_PROFILE_HOLDER_H_
 
 #include <cstdint>
+#include <memory>
 #include <string>
-#include <thread>
 
+#include "support/child_mode.h"
 #include "support/temp_dir.h"
 
 namespace qvtest {
@@ -37,13 +37,9 @@ class ProfileHolder {
   void Tell(const char* what);
 
   TempDir talk_;
-  std::thread child_;
+  std::unique_ptr<Child> child_;
   bool opened_ = false;
 };
-
-// Called first in main: when the program was started as a holder, it does
-// that and ends, never returning.
-void RunProfileHolderIfAsked(int argc, char** argv);
 
 }  // namespace qvtest
 
