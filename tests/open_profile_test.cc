@@ -356,7 +356,7 @@ TEST_F(OpenProfileTest, ReopeningLockedWithOtherFlagsKeepsTheLock) {
 class LockHolder : public qvtest::ProfileHolder {
  public:
   explicit LockHolder(const std::string& profile) : ProfileHolder(profile, kLocked) {
-    EXPECT_TRUE(opened());
+    EXPECT_TRUE(opened()) << err();
   }
 };
 

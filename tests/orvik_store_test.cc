@@ -2,20 +2,54 @@
 // opening refuses, WAL mode, the lock beside the file, and every write that
 // changes several rows landing whole or not at all.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
+#include <chrono>
+#include <cstdio>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "orvik/database.h"
 #include "quorvex/quorvex.h"
 #include "records/kind_api.h"
+#include "support/child_mode.h"
+#include "support/profile_holder.h"
 #include "support/profiles.h"
 #include "support/scripted_host.h"
 
 namespace {
+
+constexpr int kKilledListRows = 400;
+constexpr int kKillRounds = 100;
+
+// Child DB MICROSECONDS: opens the database locked and puts complete lists
+// of kKilledListRows products over and over, until it is killed at the
+// given time after its start (counted from before the open, so that some
+// kills land in it). 3: the open failed; 4: a put failed.
+int WriteUntilKilled(const std::vector<std::string>& args) {
+  std::chrono::microseconds delay(std::stol(args.at(1)));
+  std::thread([delay] {
+    std::this_thread::sleep_for(delay);
+    qvtest::EndAsIfKilled();
+  }).detach();
+  if (qvtest::OpenProfileAt(args.at(0), OPEN_ORVIK | OPEN_NO_VCS | OPEN_LOCK | OPEN_SILENT) != 1) {
+    return 3;
+  }
+  for (;;) {
+    DVPRList* list = nullptr;
+    MPNewDVPRList(&list);
+    for (int i = 0; i < kKilledListRows; ++i) {
+      DVPRRecord* record = nullptr;
+      MPNewDVPR(&record);
+      snprintf(record->row.ProductCode, sizeof record->row.ProductCode, "P%d", i);
+      MPAppendDVPR(list, record);
+    }
+    if (MPPutDVPRCompleteList(list) != 1) return 4;
+    MPFreeDVPRList(list);
+  }
+}
+const qvtest::ChildMode kWriteUntilKilled("orvik-writer", WriteUntilKilled);
 
 class OrvikStoreTest : public ::testing::Test {
  protected:
@@ -99,32 +133,16 @@ TEST_F(OrvikStoreTest, TheDatabaseRunsInWalMode) {
 
 TEST_F(OrvikStoreTest, ASecondProcessCannotLockTheProfileWhileOneHoldsIt) {
   ASSERT_EQ(QvInitOrvikProfile(db_.c_str()), 1);
-  int ready[2];
-  int done[2];
-  ASSERT_EQ(pipe(ready), 0);
-  ASSERT_EQ(pipe(done), 0);
-  pid_t child = fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    char ok = Open() == 1 ? 'y' : 'n';
-    (void)!write(ready[1], &ok, 1);
-    char wait_for;
-    (void)!read(done[0], &wait_for, 1);
-    _exit(0);
-  }
-  char ok = 0;
-  ASSERT_EQ(read(ready[0], &ok, 1), 1);
-  ASSERT_EQ(ok, 'y');
+  qvtest::ProfileHolder holder(db_, OPEN_ORVIK | OPEN_NO_VCS | OPEN_LOCK);
+  ASSERT_TRUE(holder.opened()) << holder.err();
   EXPECT_EQ(Open(), 0);
   ASSERT_FALSE(host_.errors().empty());
   EXPECT_EQ(host_.errors().back(), "Cannot open Lockfile " + db_ + ".LOK.");
   // Reading without the lock goes on beside the holder.
   EXPECT_EQ(Open(0), 1);
   CloseMasterProfile();
-  (void)!write(done[1], "x", 1);
-  int status = 0;
-  waitpid(child, &status, 0);
-  // The holder is gone: its lock went with it.
+  holder.Kill();
+  // The holder is gone without closing anything: its lock went with it.
   EXPECT_EQ(Open(), 1);
   CloseMasterProfile();
 }
@@ -146,42 +164,20 @@ TEST_F(OrvikStoreTest, ACompleteListPutThatFailsPartWayLeavesNoneOfItsRows) {
 
 TEST_F(OrvikStoreTest, ACompleteListPutKilledAtRandomLeavesAllOrNoneOfItsRows) {
   ASSERT_EQ(QvInitOrvikProfile(db_.c_str()), 1);
-  constexpr int kRows = 400;
-  constexpr int kRounds = 100;
   srand(20261123);
   int killed_during = 0;
-  for (int round = 0; round < kRounds; ++round) {
-    pid_t child = fork();
-    ASSERT_GE(child, 0);
-    if (child == 0) {
-      if (Open() != 1) _exit(3);
-      for (;;) {
-        DVPRList* list = nullptr;
-        MPNewDVPRList(&list);
-        for (int i = 0; i < kRows; ++i) {
-          DVPRRecord* record = nullptr;
-          MPNewDVPR(&record);
-          snprintf(record->row.ProductCode, sizeof record->row.ProductCode, "P%d", i);
-          MPAppendDVPR(list, record);
-        }
-        if (MPPutDVPRCompleteList(list) != 1) _exit(4);
-        MPFreeDVPRList(list);
-      }
-    }
-    usleep(static_cast<useconds_t>(2000 + rand() % 30000));
-    kill(child, SIGKILL);
-    int status = 0;
-    waitpid(child, &status, 0);
-    ASSERT_TRUE(WIFSIGNALED(status))
-        << "round " << round << ": the writer stopped by itself (" << WEXITSTATUS(status) << ")";
+  for (int round = 0; round < kKillRounds; ++round) {
+    std::string delay = std::to_string(2000 + rand() % 30000);
+    int status = qvtest::RunChild("orvik-writer", {db_, delay});
+    ASSERT_EQ(status, 137) << "round " << round << ": the writer stopped by itself";
     int64_t rows = Number("SELECT COUNT(*) FROM DVPR");
-    ASSERT_EQ(rows % kRows, 0) << "round " << round << ": " << rows << " rows";
+    ASSERT_EQ(rows % kKilledListRows, 0) << "round " << round << ": " << rows << " rows";
     // The next locked open succeeds after every kill.
     ASSERT_EQ(Open(), 1) << "round " << round;
     CloseMasterProfile();
     ++killed_during;
   }
-  EXPECT_EQ(killed_during, kRounds);
+  EXPECT_EQ(killed_during, kKillRounds);
 }
 
 }  // namespace

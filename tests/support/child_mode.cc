@@ -44,7 +44,11 @@ void RunChildModeIfAsked(int argc, char** argv) {
 
 Child::Child(const std::string& mode, const std::vector<std::string>& args) {
   std::vector<std::string> argv = ChildCommand(mode, args);
-  thread_ = std::thread([this, argv] { status_ = RunProgram(argv).status; });
+  thread_ = std::thread([this, argv] {
+    ToolResult result = RunProgram(argv);
+    status_ = result.status;
+    err_ = result.err;
+  });
 }
 
 Child::~Child() {

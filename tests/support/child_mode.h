@@ -35,10 +35,13 @@ class Child {
 
   // Waits for the child's end: its exit code, 137 when it was killed.
   int Wait();
+  // What the child wrote to its standard error, once it has ended.
+  const std::string& err() const { return err_; }
 
  private:
   std::thread thread_;
   int status_ = -1;
+  std::string err_;
 };
 
 // Runs this program in a child mode and waits: its exit code.

@@ -35,6 +35,7 @@ int HoldProfile(const std::vector<std::string>& args) {
   // The answer appears whole: it is written under another name first.
   WriteFileBytes(In(folder, "opened.part"), opened ? "1" : "0");
   std::rename(In(folder, "opened.part").c_str(), In(folder, "opened").c_str());
+  if (!opened) return 1;
   for (;;) {
     if (PathExists(In(folder, "kill"))) EndAsIfKilled();
     if (PathExists(In(folder, "release"))) {
@@ -59,6 +60,12 @@ ProfileHolder::ProfileHolder(const std::string& profile, uint32_t flags) {
   }
   EXPECT_TRUE(PathExists(answer)) << "the holding process did not answer";
   opened_ = PathExists(answer) && ReadFileBytes(answer) == "1";
+  if (!opened_) {
+    // A child that could not open has ended; what it said tells why.
+    child_->Wait();
+    err_ = child_->err();
+    child_.reset();
+  }
 }
 
 ProfileHolder::~ProfileHolder() {

@@ -26,8 +26,10 @@ class ProfileHolder {
   ProfileHolder(const ProfileHolder&) = delete;
   ProfileHolder& operator=(const ProfileHolder&) = delete;
 
-  // Whether the child's open succeeded.
+  // Whether the child's open succeeded; when not, the child has ended and
+  // err() is what it wrote to its standard error.
   bool opened() const { return opened_; }
+  const std::string& err() const { return err_; }
   // The child closes the profile and ends; returns when it has ended.
   void Release();
   // The child ends at once, closing nothing; returns when it has ended.
@@ -39,6 +41,7 @@ class ProfileHolder {
   TempDir talk_;
   std::unique_ptr<Child> child_;
   bool opened_ = false;
+  std::string err_;
 };
 
 }  // namespace qvtest
