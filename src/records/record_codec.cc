@@ -267,11 +267,21 @@ bool DecodeRecordLine(const KindSchema& schema, char* line, void* record) {
   return parsed;
 }
 
-uint32_t LineFieldOptions(const KindSchema& schema, const void* record, size_t index) {
+namespace {
+
+// LineFieldOptions with the record's flags already read: a line's writer
+// asks for every field's options.
+uint32_t FieldOptions(const KindSchema& schema, size_t index, uint32_t record_flags) {
   const bool flags = index == 0 || schema.line[index].takes_record_flags;
-  uint32_t options = flags ? RecordFlagsOf(schema, record) : 0;
+  uint32_t options = flags ? record_flags : 0;
   if (index + 1 == schema.line.size()) options |= FO_END_RECORD;
   return options;
+}
+
+}  // namespace
+
+uint32_t LineFieldOptions(const KindSchema& schema, const void* record, size_t index) {
+  return FieldOptions(schema, index, RecordFlagsOf(schema, record));
 }
 
 bool InnerFieldsTakeRecordFlags(const KindSchema& schema) {
@@ -304,11 +314,8 @@ bool AppendRecordLine(const KindSchema& schema, const void* record, std::string*
   bool named = true;
   const uint32_t record_flags = RecordFlagsOf(schema, record);
   for (size_t i = 0; i < fields && named; ++i) {
-    // As LineFieldOptions gives them, without asking for the flags again.
-    const LineField& field = schema.line[i];
-    uint32_t options = i == 0 || field.takes_record_flags ? record_flags : 0;
-    if (i + 1 == fields) options |= FO_END_RECORD;
-    at = PutLineField(field, record, options, lengths[i], at, &named);
+    at = PutLineField(schema.line[i], record, FieldOptions(schema, i, record_flags), lengths[i], at,
+                      &named);
   }
   out->resize(static_cast<size_t>(at - out->data()));
   return named;
