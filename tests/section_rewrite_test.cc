@@ -5,17 +5,22 @@
 #include "core/section_rewrite.h"
 
 #include <gtest/gtest.h>
+#ifndef _WIN32
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "platform/environment.h"
 #include "platform/fs.h"
 #include "quorvex/quorvex.h"
+#include "support/child_mode.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
 
@@ -45,6 +50,35 @@ const char kModule[] =
     "\"Core\"\r\n"
     "[Module Locations]\r\n"
     "\"Lodestar\",\"\"";
+
+// Points the engine's temporary folder elsewhere for the rest of the test
+// (the scripted host puts the old one back): TMPDIR on POSIX, TMP on
+// Windows, where the system's temporary folder comes from.
+void PointTempFolderAt(const std::string& folder) {
+  qv::SetEnvironmentValue("TMPDIR", folder.c_str());
+#ifdef _WIN32
+  qv::SetEnvironmentValue("TMP", folder.c_str());
+#endif
+}
+
+#ifdef _WIN32
+// The process that crashes in the middle of a rewrite: PATH. It ends as a
+// failed assertion ends a program, by abort, whose exit code is 3 there.
+int CrashInARewrite(const std::vector<std::string>& args) {
+  if (args.size() != 1) return 2;
+  const std::string& path = args[0];
+  qv::SectionRewrite rewrite;
+  QvFile in = QvOpenFileForRead(path.c_str());
+  if (!rewrite.Begin(in, path.c_str(), "Languages")) return 3;
+  std::string code = "NL";
+  WriteField(code.data(), rewrite.output(), 0);
+  WriteFlagField(1, rewrite.output(), FO_END_RECORD);
+  CopyTailAfterSection(in, rewrite.output(), "Languages");
+  abort();
+}
+
+const qvtest::ChildMode kCrashInARewrite("crash-in-a-rewrite", CrashInARewrite);
+#endif
 
 class SectionRewriteTest : public ::testing::Test {
  protected:
@@ -181,6 +215,12 @@ TEST_F(SectionRewriteTest, ReadOnlyFileIsNotReplaced) {
 
 TEST_F(SectionRewriteTest, CrashBeforeTheReplacementLeavesTheOldFile) {
   std::string path = dir_.Write("modules/TETE80.MO", kModule);
+#ifdef _WIN32
+  // Windows has no fork: the crashing process is this program in a child
+  // mode, and its end by abort is its exit code (3) rather than a signal.
+  qvtest::Child child("crash-in-a-rewrite", {path});
+  ASSERT_EQ(child.Wait(), 3) << child.err();
+#else
   pid_t child = fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
@@ -197,6 +237,7 @@ TEST_F(SectionRewriteTest, CrashBeforeTheReplacementLeavesTheOldFile) {
   ASSERT_EQ(waitpid(child, &status, 0), child);
   ASSERT_TRUE(WIFSIGNALED(status));
   EXPECT_EQ(WTERMSIG(status), SIGABRT);
+#endif
   EXPECT_EQ(ReadFileBytes(path), kModule);
   // The new content was still being put together in memory: nothing
   // reached the disk, neither beside the profile file nor in the
@@ -231,7 +272,7 @@ TEST_F(SectionRewriteTest, BeginWithoutAnOpenFileFails) {
 
 TEST_F(SectionRewriteTest, ASuccessfulRewriteNeedsNoTemporaryFolder) {
   std::string path = dir_.Write("modules/TETE80.MO", kModule);
-  setenv("TMPDIR", dir_.Join("no/such/folder").c_str(), 1);
+  PointTempFolderAt(dir_.Join("no/such/folder"));
   qv::SectionRewrite rewrite;
   ASSERT_TRUE(rewrite.Begin(QvOpenFileForRead(path.c_str()), path.c_str(), "Languages"));
   WriteLanguage(rewrite.output(), "NL", 1, 0);
@@ -245,7 +286,7 @@ TEST_F(SectionRewriteTest, ASuccessfulRewriteNeedsNoTemporaryFolder) {
 TEST_F(SectionRewriteTest, AFailedRewriteWithoutATemporaryFileSaysBoth) {
   std::string path = dir_.Write("modules/TETE80.MO", kModule);
   ASSERT_TRUE(qv::SetReadOnly(path, true));
-  setenv("TMPDIR", dir_.Join("no/such/folder").c_str(), 1);
+  PointTempFolderAt(dir_.Join("no/such/folder"));
   qv::SectionRewrite rewrite;
   ASSERT_TRUE(rewrite.Begin(QvOpenFileForRead(path.c_str()), path.c_str(), "Languages"));
   WriteLanguage(rewrite.output(), "NL", 1, 0);
