@@ -1,15 +1,21 @@
 // Error reporting: the log, the two box switches, the message limit, and
 // the temporary-file names, including those that crashed processes left.
-#include <fcntl.h>
 #include <gtest/gtest.h>
+#ifdef _WIN32
+#include "platform/win32.h"
+#else
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "core/state.h"
@@ -17,9 +23,17 @@
 #include "platform/fs.h"
 #include "platform/held_file.h"
 #include "quorvex/quorvex.h"
+#include "support/child_mode.h"
 #include "support/scripted_host.h"
 
 namespace {
+
+// The separator of the paths the engine gives back.
+#ifdef _WIN32
+const std::string kSeparator = "\\";
+#else
+const std::string kSeparator = "/";
+#endif
 
 const std::string kQuestion = "\nDo you want to see a Message Box for the Next Error?";
 const std::string kBanner = std::string(86, '*') + "\n";
@@ -64,6 +78,44 @@ class ReportTest : public ::testing::Test {
   std::string log_path_;
   std::vector<std::string> held_;
 };
+
+#ifdef _WIN32
+// What tells one file from another on Windows: its volume and index.
+std::string FileIdentity(const std::string& path) {
+  HANDLE h = CreateFileA(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                         nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  EXPECT_NE(h, INVALID_HANDLE_VALUE) << path;
+  BY_HANDLE_FILE_INFORMATION info = {};
+  EXPECT_TRUE(GetFileInformationByHandle(h, &info)) << path;
+  CloseHandle(h);
+  return std::to_string(info.dwVolumeSerialNumber) + ":" + std::to_string(info.nFileIndexHigh) +
+         ":" + std::to_string(info.nFileIndexLow);
+}
+
+// The live process: FOLDER. It makes a temporary file, writes to it and
+// closes it without deleting it, says so in FOLDER/ready, then waits to be
+// killed.
+int MakeTempFile(const std::vector<std::string>& args) {
+  if (args.size() != 1) return 2;
+  const std::string folder = args[0];
+  char path[QV_PATH_SIZE];
+  QvFile handle = QV_NO_FILE;
+  bool made = CreateTempFile(path, &handle) == 1;
+  if (made) {
+    qv::File::FromHandle(handle)->Write("child", 5);
+    QvCloseFile(handle);  // closed, not deleted: the name stays the child's
+  }
+  // The answer appears whole: it is written under another name first.
+  qvtest::WriteFileBytes(folder + "\\ready.part", made ? "1" : "0");
+  std::rename((folder + "\\ready.part").c_str(), (folder + "\\ready").c_str());
+  for (;;) {
+    if (qvtest::PathExists(folder + "\\kill")) qvtest::EndAsIfKilled();
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+}
+
+const qvtest::ChildMode kMakeTempFile("make-temp-file", MakeTempFile);
+#endif
 
 TEST_F(ReportTest, ShowsTheMessageWithTheQuestionInTheErrorBox) {
   EXPECT_EQ(ReportError("Something broke.", 0), 1);
@@ -153,10 +205,10 @@ TEST_F(ReportTest, TempFilesAreNumberedFromZero) {
   char path[QV_PATH_SIZE];
   QvFile handle;
   ASSERT_EQ(CreateTempFile(path, &handle), 1);
-  EXPECT_EQ(std::string(path), host_.scratch().Join("tmp") + "/QUORVEX.000");
+  EXPECT_EQ(std::string(path), host_.scratch().Join("tmp") + kSeparator + "QUORVEX.000");
   QvCloseFile(handle);
   ASSERT_EQ(CreateTempFile(path, &handle), 1);
-  EXPECT_EQ(std::string(path), host_.scratch().Join("tmp") + "/QUORVEX.001");
+  EXPECT_EQ(std::string(path), host_.scratch().Join("tmp") + kSeparator + "QUORVEX.001");
   QvCloseFile(handle);
 }
 
@@ -210,6 +262,21 @@ TEST_F(ReportTest, TempFileReusesTheNamesOfDeadProcesses) {
 
 TEST_F(ReportTest, StaleTempFileIsRemovedNotReused) {
   host_.scratch().Write(TempRelative(0), "left by a crash");
+#ifdef _WIN32
+  // Windows keeps the name of a deleted file that is still open, so the
+  // stale file is kept alive by a second name instead of an open handle:
+  // a new file cannot get its number then either.
+  std::string other_name = host_.scratch().Join("kept-alive");
+  ASSERT_TRUE(CreateHardLinkA(other_name.c_str(), TempName(0).c_str(), nullptr));
+  std::string before = FileIdentity(other_name);
+  char path[QV_PATH_SIZE];
+  QvFile handle = QV_NO_FILE;
+  ASSERT_EQ(CreateTempFile(path, &handle), 1);
+  EXPECT_NE(FileIdentity(path), before);
+  EXPECT_EQ(qvtest::ReadFileBytes(path), "");
+  EXPECT_EQ(qvtest::ReadFileBytes(other_name), "left by a crash");
+  QvCloseFile(handle);
+#else
   struct stat before;
   ASSERT_EQ(stat(TempName(0).c_str(), &before), 0);
   // Keep the stale file's inode alive, so that a new file cannot get its number.
@@ -224,11 +291,30 @@ TEST_F(ReportTest, StaleTempFileIsRemovedNotReused) {
   EXPECT_EQ(qvtest::ReadFileBytes(path), "");
   close(old);
   QvCloseFile(handle);
+#endif
   // The private name the file was made under is gone as well.
   EXPECT_EQ(TempFolderEntries(), std::vector<std::string>{"QUORVEX.000"});
 }
 
 TEST_F(ReportTest, TempFileOfALiveProcessIsNeverRemoved) {
+#ifdef _WIN32
+  // Windows has no fork: the live process is this program in a child mode,
+  // told through files in a folder of its own.
+  qvtest::TempDir talk;
+  qvtest::Child child("make-temp-file", {talk.path()});
+  // Told to end whatever happens, so that a failed assertion does not wait
+  // on it for ever.
+  struct EndAtLast {
+    std::string file;
+    ~EndAtLast() { qvtest::WriteFileBytes(file, ""); }
+  } end_at_last{talk.Join("kill")};
+  const std::string ready = talk.Join("ready");
+  auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (!qvtest::PathExists(ready) && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  ASSERT_EQ(qvtest::ReadFileBytes(ready), "1") << "the child did not make its file";
+#else
   int ready[2];
   int go[2];
   ASSERT_EQ(pipe(ready), 0);
@@ -248,6 +334,7 @@ TEST_F(ReportTest, TempFileOfALiveProcessIsNeverRemoved) {
   char done = '0';
   ASSERT_EQ(read(ready[0], &done, 1), 1);
   ASSERT_EQ(done, '1');
+#endif
 
   char path[QV_PATH_SIZE];
   QvFile handle = QV_NO_FILE;
@@ -257,14 +344,21 @@ TEST_F(ReportTest, TempFileOfALiveProcessIsNeverRemoved) {
   EXPECT_EQ(host_.scratch().Read(TempRelative(0)), "child");
 
   // Killed without a word, the child leaves its file to whoever comes next.
+#ifdef _WIN32
+  qvtest::WriteFileBytes(talk.Join("kill"), "");
+  EXPECT_EQ(child.Wait(), 137);
+#else
   kill(child, SIGKILL);
   int status = 0;
   waitpid(child, &status, 0);
+#endif
   ASSERT_EQ(CreateTempFile(path, &handle), 1);
   EXPECT_EQ(std::string(path), TempName(0));
   QvCloseFile(handle);
   EXPECT_EQ(host_.scratch().Read(TempRelative(0)), "");
+#ifndef _WIN32
   for (int fd : {ready[0], ready[1], go[0], go[1]}) close(fd);
+#endif
 }
 
 TEST(CharacterHelpers, HexDigits) {
