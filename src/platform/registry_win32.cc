@@ -129,7 +129,11 @@ bool RegistryKeyExists(const std::string& key) {
 }
 
 bool RegistryCreateKey(const std::string& key) {
-  HKEY opened = OpenForWriting(key);
+  // A key that is there already needs nothing written, as with the registry
+  // file on POSIX: one its user may read but not change still counts as
+  // there, and only setting its values fails.
+  HKEY opened = OpenForReading(key);
+  if (opened == nullptr) opened = OpenForWriting(key);
   if (opened == nullptr) return false;
   RegCloseKey(opened);
   return true;
