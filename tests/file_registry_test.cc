@@ -6,10 +6,16 @@
 #include <string>
 #include <vector>
 
+#include "platform/environment.h"
 #include "platform/registry.h"
 #include "quorvex/quorvex.h"
 #include "support/scripted_host.h"
 #include "support/temp_dir.h"
+#ifdef _WIN32
+#include "platform/win32.h"
+// <sddl.h> needs what <windows.h> defines first.
+#include <sddl.h>
+#endif
 
 namespace {
 
@@ -23,6 +29,7 @@ std::string Text(const std::string& key, const char* name) {
   return qv::RegistryGetString(key, name).value_or("<missing>");
 }
 
+#ifndef _WIN32
 size_t CountOf(const std::string& text, const std::string& piece) {
   size_t count = 0;
   for (size_t at = text.find(piece); at != std::string::npos; at = text.find(piece, at + 1)) {
@@ -30,9 +37,47 @@ size_t CountOf(const std::string& text, const std::string& piece) {
   }
   return count;
 }
+#endif
+
+#ifdef _WIN32
+// On Windows a registry of a test's own is a key under HKEY_CURRENT_USER
+// that QUORVEX_REGISTRY names; the test gives it a short name of its own,
+// so that it can reach that key with the system's calls.
+const char kPrivateRegistries[] = "Software\\QUORVEX private registries";
+
+std::string NewRegistryName() {
+  static int count = 0;
+  return "file_registry_test " + std::to_string(GetCurrentProcessId()) + " " +
+         std::to_string(++count);
+}
+
+// The key under HKEY_CURRENT_USER that holds key of the registry name.
+std::string HostKey(const std::string& name, const std::string& key) {
+  return std::string(kPrivateRegistries) + "\\" + name + "\\" + key;
+}
+
+// The number of subkeys of a key, -1 when it cannot be opened.
+long SubkeyCount(const std::string& host_key) {
+  HKEY opened;
+  if (RegOpenKeyExA(HKEY_CURRENT_USER, host_key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS) {
+    return -1;
+  }
+  DWORD count = 0;
+  LONG r = RegQueryInfoKeyA(opened, nullptr, nullptr, nullptr, &count, nullptr, nullptr, nullptr,
+                            nullptr, nullptr, nullptr, nullptr);
+  RegCloseKey(opened);
+  return r == ERROR_SUCCESS ? static_cast<long>(count) : -1;
+}
+#endif
 
 class FileRegistryTest : public ::testing::Test {
  protected:
+#ifdef _WIN32
+  FileRegistryTest() : registry_name_(NewRegistryName()) {
+    qv::SetEnvironmentValue("QUORVEX_REGISTRY", registry_name_.c_str());
+  }
+  std::string registry_name_;
+#endif
   qvtest::ScriptedHost host_;
 };
 
@@ -48,12 +93,18 @@ TEST_F(FileRegistryTest, RegisterWritesFourTextsAndTheRegisteredBit) {
   EXPECT_EQ(qv::RegistryGetDword(key, "VCS Status"), std::optional<uint32_t>(VCS_REGISTERED));
   EXPECT_TRUE(host_.boxes().empty());
 
+#ifdef _WIN32
+  // The reads above are the check there: the status is read back only as a
+  // REG_DWORD, the texts only as REG_SZ.
+  EXPECT_EQ(SubkeyCount(HostKey(registry_name_, kFilesKey)), 1);
+#else
   std::string bytes = qvtest::ReadFileBytes(host_.registry_path());
   EXPECT_NE(
       bytes.find("[HKEY_LOCAL_MACHINE\\SOFTWARE\\Vardo\\Lodestar\\Stewardry\\VCS\\FILES\\abc.mo]"),
       std::string::npos);
   EXPECT_NE(bytes.find("\"ObjectVersion\"=\"7\""), std::string::npos);
   EXPECT_NE(bytes.find("\"VCS Status\"=dword:20000000"), std::string::npos);
+#endif
 }
 
 TEST_F(FileRegistryTest, HostPathNamesSubkeyByItsFileName) {
@@ -94,8 +145,12 @@ TEST_F(FileRegistryTest, SameFileNameInTwoFoldersSharesOneSubkeyAndLaterWins) {
   EXPECT_EQ(Text(key, "WorkFilePath"), "D:\\Two\\setup.msg");
   EXPECT_EQ(Text(key, "ObjectName"), "$/Two/setup.msg");
   EXPECT_EQ(Text(key, "ObjectVersion"), "4");
+#ifdef _WIN32
+  EXPECT_EQ(SubkeyCount(HostKey(registry_name_, kFilesKey)), 1);
+#else
   std::string bytes = qvtest::ReadFileBytes(host_.registry_path());
   EXPECT_EQ(CountOf(bytes, "\\VCS\\FILES\\setup.msg]"), 1u);
+#endif
 }
 
 TEST_F(FileRegistryTest, FileNameIsCutToFortyCharacters) {
@@ -109,9 +164,29 @@ TEST_F(FileRegistryTest, FileNameIsCutToFortyCharacters) {
 }
 
 TEST_F(FileRegistryTest, KeyThatCannotBeOpenedIsReported) {
+#ifdef _WIN32
+  // A registry whose key is a link that leads nowhere can be neither read
+  // nor written: every key below it is looked for at the link's target.
+  HKEY parent;
+  ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, kPrivateRegistries, 0, nullptr, REG_OPTION_VOLATILE,
+                            KEY_ALL_ACCESS, nullptr, &parent, nullptr),
+            ERROR_SUCCESS);
+  HKEY link;
+  ASSERT_EQ(RegCreateKeyExA(parent, registry_name_.c_str(), 0, nullptr,
+                            REG_OPTION_VOLATILE | REG_OPTION_CREATE_LINK, KEY_ALL_ACCESS, nullptr,
+                            &link, nullptr),
+            ERROR_SUCCESS);
+  const wchar_t nowhere[] = L"\\Registry\\QUORVEX\\Nowhere";
+  EXPECT_EQ(
+      RegSetValueExW(link, L"SymbolicLinkValue", 0, REG_LINK,
+                     reinterpret_cast<const BYTE*>(nowhere), sizeof(nowhere) - sizeof(wchar_t)),
+      ERROR_SUCCESS);
+  RegCloseKey(link);
+#else
   // A registry below a plain file can be neither read nor written, even by root.
   std::string blocker = host_.scratch().Write("blocker", "");
   setenv("QUORVEX_REGISTRY", (blocker + "/registry.reg").c_str(), 1);
+#endif
 
   EXPECT_EQ(VcsRegisterFile("C:\\Work\\abc.mo", "File", "$/Proj/abc.mo", "1"), 0);
 
@@ -119,15 +194,46 @@ TEST_F(FileRegistryTest, KeyThatCannotBeOpenedIsReported) {
             std::vector<std::string>{
                 "Error Opening Key: "
                 "HKEY_LOCAL_MACHINE\\SOFTWARE\\Vardo\\Lodestar\\Stewardry\\VCS\\FILES\\abc.mo"});
+#ifdef _WIN32
+  HKEY opened_link;
+  if (RegOpenKeyExA(parent, registry_name_.c_str(), REG_OPTION_OPEN_LINK, KEY_ALL_ACCESS,
+                    &opened_link) == ERROR_SUCCESS) {
+    RegDeleteKeyA(opened_link, "");
+    RegCloseKey(opened_link);
+  }
+  RegCloseKey(parent);
+#endif
 }
 
 TEST_F(FileRegistryTest, WorkFilePathThatCannotBeSetIsReportedWithTheObjectName) {
   std::string key = FileKey("abc.mo");
   ASSERT_TRUE(qv::RegistryCreateKey(key));
+#ifdef _WIN32
+  // The key can be opened but its access list lets nobody set its values.
+  HKEY opened;
+  ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, HostKey(registry_name_, key).c_str(), 0,
+                          KEY_READ | WRITE_DAC, &opened),
+            ERROR_SUCCESS);
+  PSECURITY_DESCRIPTOR read_only = nullptr;
+  ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(
+      "D:P(A;;KR;;;WD)", SDDL_REVISION_1, &read_only, nullptr));
+  LONG set = RegSetKeySecurity(opened, DACL_SECURITY_INFORMATION, read_only);
+  LocalFree(read_only);
+  RegCloseKey(opened);
+  ASSERT_EQ(set, ERROR_SUCCESS);
+  HKEY writable;
+  if (RegOpenKeyExA(HKEY_CURRENT_USER, HostKey(registry_name_, key).c_str(), 0, KEY_SET_VALUE,
+                    &writable) == ERROR_SUCCESS) {
+    RegCloseKey(writable);
+    GTEST_SKIP() << "the system gave write access to a key whose access list refuses it, and the "
+                    "registry has no other way to refuse a value to a key that opens";
+  }
+#else
   // The key can be opened but no update can take the registry's update lock.
   std::string lock = host_.registry_path() + ".lock";
   std::filesystem::remove(lock);
   std::filesystem::create_directory(lock);
+#endif
 
   EXPECT_EQ(VcsRegisterFile("C:\\Work\\abc.mo", "File", "$/Proj/abc.mo", "1"), 0);
 
