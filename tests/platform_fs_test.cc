@@ -2,26 +2,44 @@
 
 #include <dirent.h>
 #include <gtest/gtest.h>
+#ifdef _WIN32
+#include "platform/win32.h"
+#else
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#endif
 
+#include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "platform/fs.h"
+#include "support/scoped_env.h"
 #include "support/temp_dir.h"
 
 namespace {
 
+using qvtest::ScopedEnv;
 using qvtest::TempDir;
 
+#ifdef _WIN32
+// The read-only and hidden attributes of a file (the system may add others,
+// such as the archive attribute, as it pleases).
+DWORD AttributesOf(const std::string& path) {
+  DWORD a = GetFileAttributesA(path.c_str());
+  EXPECT_NE(a, INVALID_FILE_ATTRIBUTES) << path;
+  return a & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+}
+#else
 mode_t ModeOf(const std::string& path) {
   struct stat st;
   EXPECT_EQ(stat(path.c_str(), &st), 0) << path;
   return st.st_mode & 07777;
 }
+#endif
 
 std::vector<std::string> Names(const std::vector<qv::DirEntry>& entries) {
   std::vector<std::string> names;
@@ -41,33 +59,6 @@ std::vector<std::string> Listing(const std::string& folder) {
   std::sort(names.begin(), names.end());
   return names;
 }
-
-// Sets or clears an environment variable for the life of the object.
-class ScopedEnv {
- public:
-  ScopedEnv(const char* name, const char* value) : name_(name) {
-    const char* old = getenv(name);
-    had_ = old != nullptr;
-    if (had_) old_ = old;
-    if (value != nullptr) {
-      setenv(name, value, 1);
-    } else {
-      unsetenv(name);
-    }
-  }
-  ~ScopedEnv() {
-    if (had_) {
-      setenv(name_, old_.c_str(), 1);
-    } else {
-      unsetenv(name_);
-    }
-  }
-
- private:
-  const char* name_;
-  bool had_;
-  std::string old_;
-};
 
 TEST(ResolvePath, ExactPathIsUnchanged) {
   TempDir dir;
@@ -93,6 +84,15 @@ TEST(ResolvePath, MissingComponentsKeepTheirCase) {
 
 TEST(ResolvePath, ExactMatchWinsOverCaseVariants) {
   TempDir dir;
+#ifdef _WIN32
+  // A Windows folder holds one spelling of a name only: every spelling
+  // resolves to it.
+  dir.Write("data/File.txt", "1");
+  EXPECT_EQ(qv::ResolvePath(dir.Join("data/file.txt")), dir.Join("data/File.txt"));
+  EXPECT_EQ(qv::ResolvePath(dir.Join("data/File.txt")), dir.Join("data/File.txt"));
+  EXPECT_EQ(qv::ResolvePath(dir.Join("data/fILE.TXT")), dir.Join("data/File.txt"));
+  return;
+#endif
   dir.Write("data/File.txt", "1");
   dir.Write("data/file.txt", "2");
   dir.Write("data/FILE.txt", "3");
@@ -103,6 +103,12 @@ TEST(ResolvePath, ExactMatchWinsOverCaseVariants) {
 }
 
 TEST(ResolvePath, SeparatorsAreNormalised) {
+#ifdef _WIN32
+  EXPECT_EQ(qv::ResolvePath("/nonexistent-qv/a//b/"), "\\nonexistent-qv\\a\\b\\");
+  EXPECT_EQ(qv::ResolvePath(""), "");
+  EXPECT_EQ(qv::ResolvePath("/"), "\\");
+  return;
+#endif
   EXPECT_EQ(qv::ResolvePath("\\nonexistent-qv\\a\\\\b\\"), "/nonexistent-qv/a/b/");
   EXPECT_EQ(qv::ResolvePath(""), "");
   EXPECT_EQ(qv::ResolvePath("/"), "/");
@@ -113,23 +119,39 @@ TEST(ResolvePath, AnExistingPathWrittenWithBackslashesAndDoubledSeparators) {
   dir.Write("Profile/ADS/adlist.ad", "x");
   EXPECT_EQ(qv::ResolvePath(dir.path() + "\\Profile\\\\ADS//adlist.ad"),
             dir.Join("Profile/ADS/adlist.ad"));
+#ifdef _WIN32
+  EXPECT_EQ(qv::ResolvePath(dir.path() + "/Profile//ADS/"), dir.Join("Profile/ADS") + "\\");
+  // Back out again, as the system takes ".." (by the name, there).
+  qvtest::MakeDirs(dir.Join("Profile/Other"));
+  EXPECT_EQ(qv::ResolvePath(dir.path() + "\\profile\\ads\\..\\other"),
+            dir.path() + "\\Profile\\ADS\\..\\Other");
+#else
   EXPECT_EQ(qv::ResolvePath(dir.path() + "\\Profile\\ADS\\"), dir.Join("Profile/ADS") + "/");
   // Through a link and back out again, as the system walks it.
   qvtest::MakeDirs(dir.Join("Profile/Other"));
   ASSERT_EQ(symlink(dir.Join("Profile/ADS").c_str(), dir.Join("Link").c_str()), 0);
   EXPECT_EQ(qv::ResolvePath(dir.path() + "\\Link\\..\\Profile\\Other"),
             dir.path() + "/Link/../Profile/Other");
+#endif
 }
 
 TEST(ResolvePath, RelativePathsResolveAgainstCurrentFolder) {
   TempDir dir;
   dir.Write("Sub/Name.txt", "x");
+#ifdef _WIN32
+  std::filesystem::path old = std::filesystem::current_path();
+  std::filesystem::current_path(dir.path());
+  std::string resolved = qv::ResolvePath("sub/name.TXT");
+  std::filesystem::current_path(old);
+  EXPECT_EQ(resolved, "Sub\\Name.txt");
+#else
   char old[4096];
   ASSERT_NE(getcwd(old, sizeof(old)), nullptr);
   ASSERT_EQ(chdir(dir.path().c_str()), 0);
   std::string resolved = qv::ResolvePath("sub\\name.TXT");
   ASSERT_EQ(chdir(old), 0);
   EXPECT_EQ(resolved, "Sub/Name.txt");
+#endif
 }
 
 TEST(FileSystem, FileAndDirectoryExist) {
@@ -223,6 +245,16 @@ TEST(FindFiles, ExactNameMatchesAnyCase) {
 
 TEST(FindFiles, CaseTiesOrderByBytes) {
   TempDir dir;
+#ifdef _WIN32
+  // Names that differ only in case cannot both be in a Windows folder, so
+  // there are no ties: the order ignores case, letters before "_".
+  dir.Write("b", "");
+  dir.Write("a", "");
+  dir.Write("C", "");
+  dir.Write("_x", "");
+  EXPECT_EQ(Names(qv::FindFiles(dir.Join("*"))), (std::vector<std::string>{"a", "b", "C", "_x"}));
+  return;
+#endif
   dir.Write("b", "");
   dir.Write("a", "");
   dir.Write("A", "");
@@ -236,6 +268,43 @@ TEST(FindFiles, MissingFolderGivesNothing) {
   EXPECT_TRUE(qv::FindFiles(dir.Join("*.none")).empty());
 }
 
+#ifdef _WIN32
+// On Windows "read-only" is the file's attribute of that name, and setting
+// or clearing it keeps the file's other attributes.
+TEST(ReadOnly, DecidedByTheAttributeAlone) {
+  TempDir dir;
+  std::string path = dir.Write("f.txt", "x");
+  ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL));
+  EXPECT_FALSE(qv::IsReadOnly(path));
+  ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY));
+  EXPECT_TRUE(qv::IsReadOnly(dir.Join("F.TXT")));
+  ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_HIDDEN));
+  EXPECT_FALSE(qv::IsReadOnly(path));  // another attribute is not read-only
+  EXPECT_FALSE(qv::IsReadOnly(dir.Join("missing")));
+  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(ReadOnly, SetAndClearTouchOnlyTheReadOnlyAttribute) {
+  TempDir dir;
+  std::string path = dir.Write("f.txt", "x");
+  ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL));
+  EXPECT_TRUE(qv::SetReadOnly(dir.Join("F.txt"), true));
+  EXPECT_EQ(AttributesOf(path), static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+  EXPECT_TRUE(qv::SetReadOnly(path, false));
+  EXPECT_EQ(AttributesOf(path) & FILE_ATTRIBUTE_READONLY, 0u);
+  ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_HIDDEN));
+  EXPECT_TRUE(qv::SetReadOnly(path, true));
+  EXPECT_EQ(AttributesOf(path),
+            static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_READONLY));
+  EXPECT_TRUE(qv::SetReadOnly(path, true));
+  EXPECT_EQ(AttributesOf(path),
+            static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_READONLY));
+  EXPECT_TRUE(qv::SetReadOnly(path, false));
+  EXPECT_EQ(AttributesOf(path), static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN));
+  EXPECT_FALSE(qv::SetReadOnly(dir.Join("missing"), true));
+  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+#else
 TEST(ReadOnly, DecidedByModeBitsAlone) {
   TempDir dir;
   std::string path = dir.Write("f.txt", "x");
@@ -266,15 +335,23 @@ TEST(ReadOnly, SetClearsAllWriteBitsClearSetsOwnerWriteBit) {
   EXPECT_FALSE(qv::SetReadOnly(dir.Join("missing"), true));
 }
 
+#endif
+
 TEST(ReplaceFileContent, ReplacesAndKeepsSourceAndMode) {
   TempDir dir;
   std::string source = dir.Write("QUORVEX.000", "new content\n");
   std::string target = dir.Write("Profile/AdList.ad", "old content which is longer\n");
+#ifndef _WIN32
   ASSERT_EQ(chmod(target.c_str(), 0640), 0);
+#endif
   EXPECT_TRUE(qv::ReplaceFileContent(source, dir.path() + "\\PROFILE\\adlist.AD"));
   EXPECT_EQ(qvtest::ReadFileBytes(target), "new content\n");
   EXPECT_EQ(qvtest::ReadFileBytes(source), "new content\n");
+#ifdef _WIN32
+  EXPECT_FALSE(qv::IsReadOnly(target));
+#else
   EXPECT_EQ(ModeOf(target), 0640u);
+#endif
   // Nothing else is left beside the target.
   EXPECT_EQ(Listing(dir.Join("Profile")), std::vector<std::string>{"AdList.ad"});
 }
@@ -283,10 +360,17 @@ TEST(ReplaceFileContent, FailsOnReadOnlyTarget) {
   TempDir dir;
   std::string source = dir.Write("src.txt", "new");
   std::string target = dir.Write("Folder/target.txt", "old");
+#ifdef _WIN32
+  ASSERT_TRUE(SetFileAttributesA(target.c_str(), FILE_ATTRIBUTE_READONLY));
+#else
   ASSERT_EQ(chmod(target.c_str(), 0444), 0);
+#endif
   EXPECT_FALSE(qv::ReplaceFileContent(source, target));
   EXPECT_EQ(qvtest::ReadFileBytes(target), "old");
   EXPECT_EQ(Listing(dir.Join("Folder")), std::vector<std::string>{"target.txt"});
+#ifdef _WIN32
+  SetFileAttributesA(target.c_str(), FILE_ATTRIBUTE_NORMAL);
+#endif
 }
 
 TEST(ReplaceFileContent, CreatesMissingTarget) {
@@ -343,11 +427,23 @@ TEST(PathText, TrailingSeparators) {
   qv::RemoveTrailingSeparator(&path);
   EXPECT_EQ(path, "/");
 
+#ifdef _WIN32
+  // A separator is added in the system's own spelling.
+  path = "C:\\tmp";
+  qv::AddTrailingSeparator(&path);
+  EXPECT_EQ(path, "C:\\tmp\\");
+  qv::AddTrailingSeparator(&path);
+  EXPECT_EQ(path, "C:\\tmp\\");
+  path = "C:/tmp/";
+  qv::AddTrailingSeparator(&path);
+  EXPECT_EQ(path, "C:/tmp/");
+#else
   path = "/tmp";
   qv::AddTrailingSeparator(&path);
   EXPECT_EQ(path, "/tmp/");
   qv::AddTrailingSeparator(&path);
   EXPECT_EQ(path, "/tmp/");
+#endif
   path = "C:\\TEMP\\";
   qv::AddTrailingSeparator(&path);
   EXPECT_EQ(path, "C:\\TEMP\\");
@@ -367,6 +463,37 @@ TEST(PathText, SplitPath) {
   EXPECT_EQ(name, "");
 }
 
+#ifdef _WIN32
+// The system's temporary folder, from TMP or else TEMP, without the
+// separator the system ends it with.
+TEST(SystemFacts, TempDirectory) {
+  {
+    ScopedEnv tmp("TMP", "C:\\some\\where");
+    EXPECT_EQ(qv::TempDirectory(), "C:\\some\\where");
+  }
+  {
+    ScopedEnv tmp("TMP", nullptr);
+    ScopedEnv temp("TEMP", "C:\\other\\place");
+    EXPECT_EQ(qv::TempDirectory(), "C:\\other\\place");
+  }
+}
+
+TEST(SystemFacts, HostProgramPathNamesThisProgram) {
+  std::string path = qv::HostProgramPath();
+  ASSERT_GE(path.size(), 3u);
+  EXPECT_EQ(path.substr(1, 2), ":\\");
+  EXPECT_EQ(qv::LastPathComponent(path), "platform_fs_test.exe");
+  EXPECT_TRUE(qv::FileExists(path));
+}
+
+// The name the user logged on with, which the system also gives every
+// program as USERNAME.
+TEST(SystemFacts, CurrentUserNameIsTheEffectiveUser) {
+  const char* user = getenv("USERNAME");
+  ASSERT_NE(user, nullptr);
+  EXPECT_EQ(qv::CurrentUserName(), user);
+}
+#else
 TEST(SystemFacts, TempDirectory) {
   {
     ScopedEnv env("TMPDIR", "/some/where");
@@ -395,5 +522,7 @@ TEST(SystemFacts, CurrentUserNameIsTheEffectiveUser) {
   ASSERT_NE(pw, nullptr);
   EXPECT_EQ(qv::CurrentUserName(), pw->pw_name);
 }
+
+#endif
 
 }  // namespace
