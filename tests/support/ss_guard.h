@@ -22,6 +22,11 @@ void RemoveSsGuard();
 // The guard's `ss` program.
 std::string GuardedSsPath();
 
+// Called first in main: where the guard's `ss` is a copy of the test
+// program (on Windows, where it must be a program), that copy notes its
+// start and ends here with exit code 1, never returning.
+void RunSsGuardIfThisIsIt(int argc, char** argv);
+
 // The command lines the guard's `ss` was started with since the last call
 // (or since the test began), forgotten by this call: a test that starts it
 // on purpose takes them, so that it does not fail.

@@ -7,6 +7,7 @@
 #include "support/ss_guard.h"
 
 int main(int argc, char** argv) {
+  qvtest::RunSsGuardIfThisIsIt(argc, argv);
   qvtest::RunChildModeIfAsked(argc, argv);
   ::testing::InitGoogleTest(&argc, argv);
   qvtest::InstallSsGuard();
