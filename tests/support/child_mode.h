@@ -24,6 +24,12 @@ class ChildMode {
 // with its result, never returning.
 void RunChildModeIfAsked(int argc, char** argv);
 
+// A program whose arguments are not its own to choose (a copy of the test
+// program put where a client program is looked for) is told its mode by
+// this variable instead: "MODE [WORD...]", the words going before its
+// arguments. Set it only around the start of such a program.
+inline constexpr char kChildModeVariable[] = "QVTEST_CHILD_MODE";
+
 // This program started in a child mode, waited for on a thread of its own.
 class Child {
  public:
