@@ -1,5 +1,6 @@
 #include "records/family_io.h"
 
+#include <cassert>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -77,6 +78,16 @@ bool RewriteKindSection(const KindSchema& schema, const Owner& owner,
   return rewrite.Finish();
 }
 
+// Whether the section ends with what the writer gives for the record: a
+// copied line must be that, which debug builds check at every copy.
+[[maybe_unused]] bool EndsWithRecordLine(const KindSchema& schema, const void* record,
+                                         const std::string& section) {
+  std::string written;
+  AppendRecordLine(schema, record, &written);
+  return section.size() >= written.size() &&
+         section.compare(section.size() - written.size(), written.size(), written) == 0;
+}
+
 }  // namespace
 
 bool RequireOpenProfile() {
@@ -97,9 +108,10 @@ bool IsOrvikProfile() {
 }
 
 bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
-                        const std::function<void*()>& next,
-                        const std::function<bool(void*)>& take) {
+                        const std::function<void*()>& next, const std::function<bool(void*)>& take,
+                        const char** as_written) {
   if (!FindSection(file, schema.kind->section)) return true;
+  const bool copies = as_written != nullptr && LinesCanBeCopied(schema);
   char line[QV_LINE_SIZE];
   uint32_t flags = 0;
   for (;;) {
@@ -121,7 +133,17 @@ bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
     RecordFlagsOf(schema, record) = flags;
     // The owner comes before the checks, so that they can name it.
     if (schema.set_owner != nullptr) schema.set_owner(record, owner.name, owner.key);
-    bool parsed = DecodeRecordLine(schema, line, record);
+    bool parsed;
+    if (copies) {
+      // Such a kind has no line reader or checks of its own, and reading
+      // its fields leaves the line as it was.
+      bool same = false;
+      parsed = ParseRecordLine(schema, line, record, &same);
+      *as_written = same ? line : nullptr;
+    } else {
+      parsed = DecodeRecordLine(schema, line, record);
+      if (as_written != nullptr) *as_written = nullptr;
+    }
     if (!parsed && schema.failed_line == KindSchema::FailedLine::kFailRead) return false;
     if (!take(record)) return false;
   }
@@ -184,6 +206,9 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
   if (in->Seek(0, SEEK_END)) section.reserve(static_cast<size_t>(in->Tell()) + QV_LINE_SIZE);
   in->Seek(0, SEEK_SET);
   bool replaced = false;
+  // A stored line that writes back as it stands is copied, which costs a
+  // large section a fraction of writing every field again.
+  const char* as_written = nullptr;
   bool read = scratch != nullptr && copy != nullptr &&
               ScanSectionRecords(
                   schema, input, owner,
@@ -205,9 +230,15 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
                       line = copy.get();
                       replaced = true;
                     }
+                    if (line == stored && as_written != nullptr &&
+                        AppendLineAsWritten(RecordFlagsOf(schema, stored), as_written, &section)) {
+                      assert(EndsWithRecordLine(schema, stored, section));
+                      return true;
+                    }
                     AppendRecordLine(schema, line, &section);
                     return true;
-                  });
+                  },
+                  &as_written);
   QvCloseFile(input);
   if (read && !replaced) AppendRecordLine(schema, record, &section);
   if (read) {

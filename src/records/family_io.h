@@ -44,9 +44,13 @@ bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
 // Reads the section's record lines in turn, each into the empty record that
 // `next` gives, with its line number, record flags and owner, and hands it
 // to `take` once its line has read. False at the first line that fails the
-// read (reported), or when `next` gives nothing or `take` refuses.
+// read (reported), or when `next` gives nothing or `take` refuses. With
+// `as_written`, for a kind whose lines can be copied, *as_written is the
+// line's text while `take` has a record that writes back as that text, and
+// nullptr while it has another.
 bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
-                        const std::function<void*()>& next, const std::function<bool(void*)>& take);
+                        const std::function<void*()>& next, const std::function<bool(void*)>& take,
+                        const char** as_written = nullptr);
 
 // Rewrites the kind's section from the list (the file is checked out
 // first), resuming the copy behind the schema's tail section when it names

@@ -260,6 +260,147 @@ bool ParseRecordLine(const KindSchema& schema, char* line, void* record) {
   return all_parsed;
 }
 
+namespace {
+
+// The bytes of the record that reading a field may change: a flag's word,
+// an integer's member, a text's characters and terminator.
+size_t BytesRead(const LineField& field) {
+  if (field.syntax == LineSyntax::kText) return static_cast<size_t>(field.width) + 1;
+  switch (field.type) {
+    case ValueType::kU8:
+      return 1;
+    case ValueType::kU16:
+      return 2;
+    default:
+      return 4;
+  }
+}
+
+bool Overlap(size_t a, size_t a_size, size_t b, size_t b_size) {
+  return a < b + b_size && b < a + a_size;
+}
+
+// Whether field `later` of the line may change what field `earlier` reads
+// into, or the other way round: flags may share a word, not a bit.
+bool FieldsShareBytes(const LineField& earlier, const LineField& later) {
+  if (!Overlap(earlier.offset, BytesRead(earlier), later.offset, BytesRead(later))) return false;
+  bool flags = earlier.syntax == LineSyntax::kFlag && later.syntax == LineSyntax::kFlag;
+  return !flags || earlier.offset != later.offset || earlier.type != later.type ||
+         (earlier.bit & later.bit) != 0;
+}
+
+// The options a field may carry for its line to be copied: those whose
+// effect on the written text the check below knows.
+uint32_t CopyableOptions(LineSyntax syntax) {
+  return syntax == LineSyntax::kText ? FO_OPTIONAL | FO_VERBATIM : FO_OPTIONAL;
+}
+
+// Whether the field's text in the line, from `start` to `end` (behind the
+// comma the parser took), is what the writer gives for what it read.
+// `last`: the field ends the line, with no comma of its own.
+bool FieldAsWritten(const LineField& field, const char* start, const char* end, bool last,
+                    const void* record) {
+  size_t length = static_cast<size_t>(end - start);
+  if (last) {
+    // Fields beyond the line's own are dropped by the writer.
+    if (*end != '\0' || (length > 0 && end[-1] == ',')) return false;
+  } else {
+    if (length == 0 || end[-1] != ',') return false;
+    --length;
+  }
+  const bool optional = (field.options & FO_OPTIONAL) != 0;
+  switch (field.syntax) {
+    case LineSyntax::kInteger: {
+      // An optional field writes 0 as nothing; other numbers are their
+      // digits without a leading zero. Nine digits cannot saturate.
+      if (length == 0) return optional;
+      if (length > 9 || (start[0] == '0' && (length > 1 || optional))) return false;
+      uint32_t value = 0;
+      for (size_t i = 0; i < length; ++i) {
+        if (start[i] < '0' || start[i] > '9') return false;
+        value = value * 10 + static_cast<uint32_t>(start[i] - '0');
+      }
+      return GetUnsigned(record, field.offset, field.type) == value;  // not cut to the member
+    }
+    case LineSyntax::kFlag:
+      return length == 1 && (start[0] == 'Y' || start[0] == 'N');
+    case LineSyntax::kText: {
+      // An optional field writes the empty text as nothing. Otherwise the
+      // text stands between quotes, every double quote in it behind the
+      // caret that the reader takes away and the writer puts back; a
+      // verbatim field writes no carets, so a text with a quote is not as
+      // written. A text longer than the field was cut on its way in.
+      if (length == 0) return optional;
+      if (length < 2 || start[0] != '"' || start[length - 1] != '"') return false;
+      const size_t inner = length - 2;
+      if (inner == 0) return !optional;
+      if (inner > static_cast<size_t>(field.width)) return false;
+      return (field.options & FO_VERBATIM) == 0 || memchr(start + 1, '"', inner) == nullptr;
+    }
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+bool LinesCanBeCopied(const KindSchema& schema) {
+  if (schema.parse_line != nullptr || schema.write_line != nullptr ||
+      schema.after_read != nullptr || schema.line.empty()) {
+    return false;
+  }
+  for (size_t i = 0; i < schema.line.size(); ++i) {
+    const LineField& field = schema.line[i];
+    switch (field.syntax) {
+      case LineSyntax::kInteger:
+      case LineSyntax::kText:
+      case LineSyntax::kFlag:
+        break;
+      default:
+        return false;
+    }
+    if ((field.options & ~CopyableOptions(field.syntax)) != 0) return false;
+    if (i > 0 && field.takes_record_flags) return false;
+    if (field.syntax == LineSyntax::kFlag && field.bit == 0) return false;
+    // The record flags and line number are set before the line is read.
+    for (size_t offset : {schema.record_flags_offset, schema.line_number_offset}) {
+      if (offset != SIZE_MAX && Overlap(offset, 4, field.offset, BytesRead(field))) return false;
+    }
+    for (size_t j = 0; j < i; ++j) {
+      if (FieldsShareBytes(schema.line[j], field)) return false;
+    }
+  }
+  return true;
+}
+
+bool ParseRecordLine(const KindSchema& schema, char* line, void* record, bool* as_written) {
+  char* cursor = line;
+  bool all_parsed = true;
+  bool same = true;
+  const size_t fields = schema.line.size();
+  for (size_t i = 0; i < fields; ++i) {
+    const LineField& field = schema.line[i];
+    const char* start = cursor;
+    if (ParseField(field, &cursor, record)) {
+      same = same && FieldAsWritten(field, start, cursor, i + 1 == fields, record);
+      continue;
+    }
+    all_parsed = false;
+    if (schema.failed_line == KindSchema::FailedLine::kFailRead) break;
+  }
+  *as_written = same && all_parsed;
+  return all_parsed;
+}
+
+bool AppendLineAsWritten(uint32_t record_flags, const char* text, std::string* out) {
+  static_assert(RECORD_IAO == FO_IAO, "the record flag is the writer's marker option");
+  if ((record_flags & ~RECORD_IAO) != 0) return false;
+  if (record_flags != 0) out->append(";IAO;");
+  out->append(text);
+  out->append("\r\n");
+  return true;
+}
+
 bool DecodeRecordLine(const KindSchema& schema, char* line, void* record) {
   bool parsed = schema.parse_line != nullptr ? schema.parse_line(line, record)
                                              : ParseRecordLine(schema, line, record);

@@ -32,6 +32,24 @@ void* RowOf(const KindSchema& schema, void* record);
 // as they were.
 bool ParseRecordLine(const KindSchema& schema, char* line, void* record);
 
+// Whether a line of the kind that reads in the form its writer gives can be
+// copied instead of written again from its record: the kind reads and
+// writes its lines field by field, with numbers, texts and flags only, and
+// no two fields share a byte (or a flag bit) of the record.
+bool LinesCanBeCopied(const KindSchema& schema);
+
+// ParseRecordLine for a kind whose lines can be copied, telling in
+// *as_written whether AppendRecordLine would write the record back as the
+// line stands (behind the marker its record flags ask for, before the line
+// end). A rewrite then copies the line; most lines were written by the
+// writer and read back so.
+bool ParseRecordLine(const KindSchema& schema, char* line, void* record, bool* as_written);
+
+// The line of a record read from `text` with *as_written true, as
+// AppendRecordLine writes it: the marker for RECORD_IAO, the text, the
+// line end. Other record flags leave the line to AppendRecordLine.
+bool AppendLineAsWritten(uint32_t record_flags, const char* text, std::string* out);
+
 // Reads a line the way the kind reads its lines: its own parse_line, or
 // the line fields in order; then the kind's after-read checks.
 bool DecodeRecordLine(const KindSchema& schema, char* line, void* record);
