@@ -546,6 +546,66 @@ TEST_F(AdFamilyTest, PutWritesWhatTheCompleteListPutWrites) {
   }
 }
 
+// The put reads the file once and copies on from where its records ended;
+// the complete-list put passes over the old section again. Files where the
+// two passes could part (lines that go on in the next one, a section at the
+// very end, twice, or missing, a line too long to copy) must come out the
+// same either way, with the same reports.
+TEST_F(AdFamilyTest, PutLeavesWhatTheCompleteListPutLeavesWhateverTheSectionHolds) {
+  const std::string row = "3,1,20,\"Banner\",\"Top\",Y,N,Y,\"Spring Sale\"";
+  const std::string files[] = {
+      // A comment that goes on into a record: the pass over the section
+      // stops there and copies the rest. (Before a carriage return, a
+      // backslash does not continue a comment.)
+      std::string(kHead) + "; note \\\n" + row + "\r\n4,0,0,\"\",\"\",Y,N,N,\"Four\"\r\n" + kTail,
+      // The same, where the comment goes on into the next header.
+      std::string(kHead) + row + "\r\n; note \\\n" + kTail,
+      std::string(kHead) + row + "\r\n; note \\\r\n" + kTail,
+      // A record that goes on in the next line, a blank after the backslash.
+      std::string(kHead) + "3,1,20,\"Banner\", \\ \r\n  \"Top\",Y,N,Y,\"Spring Sale\"\r\n" + kTail,
+      // An inactive record that goes on in a comment line.
+      std::string(kHead) + ";IAO;3,1,20,\"Banner\",\\\r\n;IAO;\"Top\",Y,N,Y,\"Sale\"\r\n" + kTail,
+      // A backslash inside a text, not at a line's end.
+      std::string(kHead) + "3,1,20,\"Ban\\ner\",\"Top\",Y,N,Y,\"Spring Sale\"\r\n" + kTail,
+      // The section last, its last line without a line end.
+      std::string(kHead) + kBody + row,
+      std::string(kHead) + kBody + "[Notes]",
+      // The section twice: the second stays as it is.
+      std::string(kHead) + row + "\r\n" + kTail + "[Ads]\r\n5,0,0,\"\",\"\",N,N,Y,\"Five\"\r\n",
+      // No section at all.
+      "\n[SourceSafe]\n$Header$\n" + std::string(kTail),
+      // A line the rewrite cannot copy whole, before the section and in it.
+      std::string(6000, 'h') + "\n" + kHead + row + "\r\n" + kTail,
+      std::string(kHead) + row + "\r\n;" + std::string(6000, 'c') + "\r\n" + kTail,
+  };
+  for (const std::string& file : files) {
+    SCOPED_TRACE(file.substr(0, 200));
+    WriteAds(file);
+    OpenLocked();
+    RecordPtr one = NewAd(0, "New", AD_LOCAL, 1, 2, "t1", "t2");
+    const int put = MPPutAD(one.get());
+    const std::string streamed = Ads();
+    const std::vector<std::string> streamed_errors = Errors();
+    CloseMasterProfile();
+    host_.Clear();
+
+    WriteAds(file);
+    OpenLocked();
+    ADList* list = nullptr;
+    ASSERT_EQ(MPNewADList(&list), 1);
+    ListPtr owned(list);
+    ADRecord* copy = nullptr;
+    ASSERT_EQ(MPCopyAD(&copy, NewAd(0, "New", AD_LOCAL, 1, 2, "t1", "t2").get(), 0, nullptr), 1);
+    ASSERT_EQ(MPAppendAD(list, copy), 1);
+    EXPECT_EQ(put, MPPutADCompleteList(list));
+    EXPECT_EQ(streamed, Ads());
+    EXPECT_EQ(streamed_errors, Errors());
+    EXPECT_EQ(one->row.id, Records(list)[0]->row.id);
+    CloseMasterProfile();
+    host_.Clear();
+  }
+}
+
 TEST_F(AdFamilyTest, PutIntoAnEmptySectionStartsAtOne) {
   OpenLocked();
   const std::string fresh = "\n[SourceSafe]\n$Header$\n\n[Ads]\n";

@@ -2,6 +2,8 @@
 #ifndef QUORVEX_CORE_PLAIN_LINES_H_
 #define QUORVEX_CORE_PLAIN_LINES_H_
 
+#include <cstdint>
+
 #include "quorvex/base.h"
 
 namespace qv {
@@ -13,6 +15,12 @@ namespace qv {
 // reads with ReadRecordLine; looking for the ends in the file's cached
 // block, it costs a rewrite far less than reading each line.
 void SkipPlainLines(QvFile file);
+
+// How many lines ReadRecordLine has met so far (in any comment mode) whose
+// last character other than blanks is a backslash, where a record or a
+// comment may go on in the next line. While it meets none, every comment
+// mode ends a section at the same line: the next header or the file's end.
+uint64_t ContinuableLineCount();
 
 }  // namespace qv
 

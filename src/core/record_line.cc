@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/plain_lines.h"
 #include "core/read_line.h"
 #include "core/report_capture.h"
 #include "core/text_chars.h"
@@ -24,6 +25,14 @@ constexpr size_t kMarkerLength = sizeof kMarker - 1;
 constexpr size_t kRecordLimit = QV_LINE_SIZE - 1;  // callers pass QV_LINE_SIZE bytes
 
 constexpr char kCommentNotContinued[] = "Continued Comment line is not commented out.";
+
+uint64_t continuable_lines = 0;
+
+// A line whose record or comment may go on in the next line.
+bool MayContinue(const char* line, long length) {
+  while (length > 0 && (IsBlank(line[length - 1]) || line[length - 1] == '\r')) --length;
+  return length > 0 && line[length - 1] == '\\';
+}
 
 // The record buffer with its length, so that joining stays linear.
 class RecordText {
@@ -128,6 +137,11 @@ bool ReadComment(QvFile file, char* text, char* record) {
 }
 
 }  // namespace
+
+uint64_t ContinuableLineCount() {
+  return continuable_lines;
+}
+
 }  // namespace qv
 
 extern "C" {
@@ -139,6 +153,7 @@ int ReadRecordLine(QvFile file, char* record, uint32_t* recordFlags, int comment
   for (;;) {
     const long length = qv::ReadLine(file, line, sizeof line);
     if (length < 0) return 0;
+    if (qv::MayContinue(line, length)) ++qv::continuable_lines;
     char* p = line;
     qv::SkipBlankChars(&p);
     if (*p == '[') {

@@ -84,13 +84,23 @@ bool SectionRewrite::FinishAfterFirstRecord(int comment_mode) {
   char record[QV_LINE_SIZE];
   uint32_t flags = 0;
   ReadRecordLine(input_, record, &flags, comment_mode);
+  CopyRest();
+  return Complete();
+}
+
+bool SectionRewrite::FinishHere() {
+  if (finished_ || output_ == QV_NO_FILE) return false;
+  CopyRest();
+  return Complete();
+}
+
+void SectionRewrite::CopyRest() {
   File* out = File::FromHandle(output_);
   char line[QV_LINE_SIZE];
   while (ReadProfileLine(input_, line, sizeof line) != 0) {
     out->Write(line, strlen(line));
     out->Write("\n", 1);
   }
-  return Complete();
 }
 
 void SectionRewrite::WriteBlock(const std::string& bytes) {

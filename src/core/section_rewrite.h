@@ -61,6 +61,12 @@ class SectionRewrite {
   // new content is left in a temporary file. Returns success.
   bool Finish();
 
+  // As Finish, for a caller that has read the old section from input with
+  // ReadRecordLine up to its end (the next header, or the end of the file)
+  // and met no line that may continue (ContinuableLineCount): the rest is
+  // copied from there, without passing over the section again.
+  bool FinishHere();
+
   // As Finish, but only the first record of the section (as the reader in
   // comment_mode finds it) is left out: a section that holds one record of
   // which only the first counts (a module's own line) keeps the rest.
@@ -73,6 +79,8 @@ class SectionRewrite {
   };
 
   bool Complete();
+  // Copies the input's lines from its position to its end.
+  void CopyRest();
   void CloseFiles();
   bool CopiedWhole();
   // output()'s bytes with the blocks in their places.

@@ -6,9 +6,11 @@
 #include <memory>
 #include <string>
 
+#include "core/plain_lines.h"
 #include "core/report_capture.h"
 #include "core/section_rewrite.h"
 #include "core/state.h"
+#include "core/text_chars.h"
 #include "platform/file.h"
 #include "quorvex/catalogue.h"
 #include "quorvex/profile.h"
@@ -111,6 +113,12 @@ bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
                         const std::function<void*()>& next, const std::function<bool(void*)>& take,
                         const char** as_written) {
   if (!FindSection(file, schema.kind->section)) return true;
+  return ScanRecordsHere(schema, file, owner, next, take, as_written);
+}
+
+bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
+                     const std::function<void*()>& next, const std::function<bool(void*)>& take,
+                     const char** as_written) {
   const bool copies = as_written != nullptr && LinesCanBeCopied(schema);
   char line[QV_LINE_SIZE];
   uint32_t flags = 0;
@@ -197,6 +205,10 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
   // its line at once: a put into a large section builds no list of it.
   std::unique_ptr<void, void (*)(void*)> scratch(NewRecord(schema), &FreeRecord);
   std::unique_ptr<void, void (*)(void*)> copy(NewRecord(schema), &FreeRecord);
+  if (scratch == nullptr || copy == nullptr) {
+    QvCloseFile(input);
+    return false;
+  }
   // The new section is put together in one buffer that keeps its room from
   // one put to the next: mapping fresh pages for a large section cost a
   // put more than writing its lines into them.
@@ -204,48 +216,65 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
   section.clear();
   File* in = File::FromHandle(input);
   if (in->Seek(0, SEEK_END)) section.reserve(static_cast<size_t>(in->Tell()) + QV_LINE_SIZE);
-  in->Seek(0, SEEK_SET);
+  // The rewrite copies the file's head through the section's header, and
+  // the records are read on from there, so that the file is read once.
+  // Without the head copied (a line it cannot copy whole, reported), the
+  // records are still read from the section, for what the caller learns
+  // from them, and the file is left as it is.
+  SectionRewrite rewrite;
+  const bool begun = rewrite.Begin(input, path, schema.kind->section, schema.tail_section);
+  const uint64_t continuable = ContinuableLineCount();
+  const auto lines_of_head = State().parse_line;
   bool replaced = false;
   // A stored line that writes back as it stands is copied, which costs a
   // large section a fraction of writing every field again.
   const char* as_written = nullptr;
-  bool read = scratch != nullptr && copy != nullptr &&
-              ScanSectionRecords(
-                  schema, input, owner,
-                  [&] {
-                    // What a list's read would hand over: a line that parsed
-                    // only in part writes back the same from here.
-                    ClearRecord(schema, scratch.get());
-                    return scratch.get();
-                  },
-                  [&](void* stored) {
-                    const void* line = stored;
-                    // Every stored record is shown to `replaces`, also after
-                    // the one it named.
-                    if (replaces(stored) && !replaced) {
-                      // The record takes the stored one's place and identity.
-                      memcpy(copy.get(), record, schema.record_size);
-                      PointAtOwnRow(schema, copy.get());
-                      keep_identity(copy.get(), stored);
-                      line = copy.get();
-                      replaced = true;
-                    }
-                    if (line == stored && as_written != nullptr &&
-                        AppendLineAsWritten(RecordFlagsOf(schema, stored), as_written, &section)) {
-                      assert(EndsWithRecordLine(schema, stored, section));
-                      return true;
-                    }
-                    AppendRecordLine(schema, line, &section);
-                    return true;
-                  },
-                  &as_written);
-  QvCloseFile(input);
-  if (read && !replaced) AppendRecordLine(schema, record, &section);
-  if (read) {
-    *rewritten = RewriteKindSection(schema, owner,
-                                    [&](SectionRewrite& rewrite) { rewrite.WriteBlock(section); });
+  auto next = [&] {
+    // What a list's read would hand over: a line that parsed only in part
+    // writes back the same from here.
+    ClearRecord(schema, scratch.get());
+    return scratch.get();
+  };
+  auto take = [&](void* stored) {
+    const void* line = stored;
+    // Every stored record is shown to `replaces`, also after the one it
+    // named.
+    if (replaces(stored) && !replaced) {
+      // The record takes the stored one's place and identity.
+      memcpy(copy.get(), record, schema.record_size);
+      PointAtOwnRow(schema, copy.get());
+      keep_identity(copy.get(), stored);
+      line = copy.get();
+      replaced = true;
+    }
+    if (line == stored && as_written != nullptr &&
+        AppendLineAsWritten(RecordFlagsOf(schema, stored), as_written, &section)) {
+      assert(EndsWithRecordLine(schema, stored, section));
+      return true;
+    }
+    AppendRecordLine(schema, line, &section);
+    return true;
+  };
+  const bool read = begun ? ScanRecordsHere(schema, input, owner, next, take, &as_written)
+                          : ScanSectionRecords(schema, input, owner, next, take, &as_written);
+  // The rewrite's destructor lets the file go, unchanged, on every way out.
+  if (!read || !begun) return read;
+  if (!replaced) AppendRecordLine(schema, record, &section);
+  rewrite.WriteBlock(section);
+  // Where no line may continue, the records ended where the rewrite's own
+  // pass over the old section would end, and the copy goes on from there.
+  const bool ends_here = ContinuableLineCount() == continuable &&
+                         (schema.tail_section == nullptr ||
+                          EqualsIgnoreCase(schema.tail_section, schema.kind->section));
+  if (ends_here) {
+    *rewritten = rewrite.FinishHere();
+  } else {
+    // What the pass over the old section reports names the lines as a
+    // rewrite of its own would count them: the records not read yet.
+    State().parse_line = lines_of_head;
+    *rewritten = rewrite.Finish();
   }
-  return read;
+  return true;
 }
 
 }  // namespace qv

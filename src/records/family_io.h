@@ -51,6 +51,11 @@ bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
 bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
                         const std::function<void*()>& next, const std::function<bool(void*)>& take,
                         const char** as_written = nullptr);
+// As ScanSectionRecords, from the file's position: behind the section's
+// header.
+bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
+                     const std::function<void*()>& next, const std::function<bool(void*)>& take,
+                     const char** as_written = nullptr);
 
 // Rewrites the kind's section from the list (the file is checked out
 // first), resuming the copy behind the schema's tail section when it names
