@@ -139,6 +139,39 @@ class AdFamilyTest : public ::testing::Test {
 
   std::vector<std::string> Errors() const { return host_.errors(); }
 
+  // Puts one Ad into a profile whose Ads file is `file`, once with MPPutAD
+  // and once as a complete list of that one record: the file and the
+  // reports must come out the same, and so must the results and the id a
+  // new record gets. Returns MPPutAD's result.
+  int ExpectPutAsTheCompleteListPut(const std::string& file, uint32_t id, const char* name) {
+    WriteAds(file);
+    OpenLocked();
+    RecordPtr one = NewAd(id, name, AD_LOCAL, 1, 2, "t1", "t2");
+    const int put = MPPutAD(one.get());
+    const std::string streamed = Ads();
+    const std::vector<std::string> streamed_errors = Errors();
+    CloseMasterProfile();
+    host_.Clear();
+
+    WriteAds(file);
+    OpenLocked();
+    ADList* list = nullptr;
+    EXPECT_EQ(MPNewADList(&list), 1);
+    ListPtr owned(list);
+    ADRecord* copy = nullptr;
+    EXPECT_EQ(MPCopyAD(&copy, NewAd(id, name, AD_LOCAL, 1, 2, "t1", "t2").get(), 0, nullptr), 1);
+    EXPECT_EQ(MPAppendAD(list, copy), 1);
+    EXPECT_EQ(put, MPPutADCompleteList(list));
+    EXPECT_EQ(streamed, Ads());
+    EXPECT_EQ(streamed_errors, Errors());
+    if (id == 0) {
+      EXPECT_EQ(one->row.id, Records(list)[0]->row.id);
+    }
+    CloseMasterProfile();
+    host_.Clear();
+    return put;
+  }
+
   qvtest::ScriptedHost host_;
   std::string profile_;
   std::string ads_;
@@ -517,32 +550,7 @@ TEST_F(AdFamilyTest, PutWritesWhatTheCompleteListPutWrites) {
   for (const Case& c : {Case{0, "New"}, Case{0, "old offer"}, Case{5, ""}, Case{12, "Other"},
                         Case{40, ""}, Case{0, ""}}) {
     SCOPED_TRACE(std::string(c.name) + " " + std::to_string(c.id));
-    WriteAds(file);
-    OpenLocked();
-    RecordPtr one = NewAd(c.id, c.name, AD_LOCAL, 1, 2, "t1", "t2");
-    ASSERT_EQ(MPPutAD(one.get()), 1);
-    const std::string streamed = Ads();
-    const std::vector<std::string> streamed_errors = Errors();
-    CloseMasterProfile();
-    host_.Clear();
-
-    WriteAds(file);
-    OpenLocked();
-    RecordPtr two = NewAd(c.id, c.name, AD_LOCAL, 1, 2, "t1", "t2");
-    ADList* list = nullptr;
-    ASSERT_EQ(MPNewADList(&list), 1);
-    ListPtr owned(list);
-    ADRecord* copy = nullptr;
-    ASSERT_EQ(MPCopyAD(&copy, two.get(), 0, nullptr), 1);
-    ASSERT_EQ(MPAppendAD(list, copy), 1);
-    ASSERT_EQ(MPPutADCompleteList(list), 1);
-    EXPECT_EQ(streamed, Ads());
-    EXPECT_EQ(streamed_errors, Errors());
-    if (c.id == 0) {
-      EXPECT_EQ(one->row.id, Records(list)[0]->row.id);
-    }
-    CloseMasterProfile();
-    host_.Clear();
+    EXPECT_EQ(ExpectPutAsTheCompleteListPut(file, c.id, c.name), 1);
   }
 }
 
@@ -580,29 +588,7 @@ TEST_F(AdFamilyTest, PutLeavesWhatTheCompleteListPutLeavesWhateverTheSectionHold
   };
   for (const std::string& file : files) {
     SCOPED_TRACE(file.substr(0, 200));
-    WriteAds(file);
-    OpenLocked();
-    RecordPtr one = NewAd(0, "New", AD_LOCAL, 1, 2, "t1", "t2");
-    const int put = MPPutAD(one.get());
-    const std::string streamed = Ads();
-    const std::vector<std::string> streamed_errors = Errors();
-    CloseMasterProfile();
-    host_.Clear();
-
-    WriteAds(file);
-    OpenLocked();
-    ADList* list = nullptr;
-    ASSERT_EQ(MPNewADList(&list), 1);
-    ListPtr owned(list);
-    ADRecord* copy = nullptr;
-    ASSERT_EQ(MPCopyAD(&copy, NewAd(0, "New", AD_LOCAL, 1, 2, "t1", "t2").get(), 0, nullptr), 1);
-    ASSERT_EQ(MPAppendAD(list, copy), 1);
-    EXPECT_EQ(put, MPPutADCompleteList(list));
-    EXPECT_EQ(streamed, Ads());
-    EXPECT_EQ(streamed_errors, Errors());
-    EXPECT_EQ(one->row.id, Records(list)[0]->row.id);
-    CloseMasterProfile();
-    host_.Clear();
+    ExpectPutAsTheCompleteListPut(file, 0, "New");
   }
 }
 
