@@ -1,11 +1,17 @@
-// The HKEY_LOCAL_MACHINE registry, kept in a REGEDIT4 text file.
+// The HKEY_LOCAL_MACHINE registry.
 //
-// The file is $QUORVEX_REGISTRY when set, else
-// ${XDG_CONFIG_HOME:-~/.config}/quorvex/registry.reg. Keys are written
+// On POSIX it is kept in a REGEDIT4 text file: $QUORVEX_REGISTRY when set,
+// else ${XDG_CONFIG_HOME:-~/.config}/quorvex/registry.reg. Keys are written
 // "[HKEY_LOCAL_MACHINE\SOFTWARE\...]", values "Name"="text" and
 // "Name"=dword:80000000. Every update reads, changes and replaces the file
 // under a file lock, so two processes never lose each other's values. Key
 // names compare without regard to case, as on Windows.
+//
+// On Windows it is the system's registry (registry_win32.cc): an update
+// that HKEY_LOCAL_MACHINE refuses goes to HKEY_CURRENT_USER, which reads
+// look at first; $QUORVEX_REGISTRY, when set, names a private, volatile
+// branch of HKEY_CURRENT_USER that stands for both, so that tests running
+// side by side never see each other's values.
 #ifndef QUORVEX_PLATFORM_REGISTRY_H_
 #define QUORVEX_PLATFORM_REGISTRY_H_
 
