@@ -56,6 +56,14 @@ std::string IniLine(const std::string& name, const std::string& data = "on") {
          "\",\"Options\",\"Mode\",,,,\n";
 }
 
+// A REG_SZ entry of HKEY_LOCAL_MACHINE\Software\X as the writer writes it.
+std::string WrittenReg(const std::string& name, const std::string& data) {
+  return "\"" + name + "\",\"REG\",,,,\"" + FlagLetters("") + "\",\"" + data +
+         "\",\"HKEY_LOCAL_MACHINE\",\"Software\\X\",\"Value\",\"REG_SZ\",,\"KEY_READ KEY_WRITE "
+         "KEY_EXECUTE \",,," +
+         kNo32 + "," + kNo32 + "," + kNo32 + "\r\n";
+}
+
 class SettingsEntriesTest : public ::testing::Test {
  protected:
   SettingsEntriesTest() : dir_(host_.scratch().Join("MP")) {
@@ -211,14 +219,22 @@ TEST_F(SettingsEntriesTest, WritingRegEntriesKeepsTheOtherKindsLinesInOrderBefor
   ASSERT_EQ(records.size(), 2u);
   ASSERT_EQ(MPPutRECompleteList("Text Editor", "8.0", list), 1);
   MPFreeREList(list);
-  auto reg = [](const std::string& name, const std::string& data) {
-    return "\"" + name + "\",\"REG\",,,,\"" + FlagLetters("") + "\",\"" + data +
-           "\",\"HKEY_LOCAL_MACHINE\",\"Software\\X\",\"Value\",\"REG_SZ\",,\"KEY_READ KEY_WRITE "
-           "KEY_EXECUTE \",,," +
-           kNo32 + "," + kNo32 + "," + kNo32 + "\r\n";
-  };
   EXPECT_EQ(ReadFileBytes(SettingsFile()),
-            Head() + others + reg("R1", "x") + reg("R2", "y") + kTail);
+            Head() + others + WrittenReg("R1", "x") + WrittenReg("R2", "y") + kTail);
+  EXPECT_TRUE(host_.errors().empty());
+}
+
+// The put finds the settings file through the entry that took the stored
+// one's place (the sanitizers watch that it never reads the one it freed).
+TEST_F(SettingsEntriesTest, APutOfAStoredNameTakesItsPlaceInTheSection) {
+  Open(RegLine("R1", "x", "REG_SZ") + PsLine("P1") + RegLine("R2", "y", "REG_SZ"));
+  SSRRecord* r = NewRe("R1");
+  snprintf(r->row.Data, sizeof r->row.Data, "new");
+  ASSERT_EQ(MPPutRE(r), 1) << ::testing::PrintToString(host_.errors());
+  EXPECT_STREQ(r->row.Name, "R1");
+  MPFreeRE(r);
+  EXPECT_EQ(ReadFileBytes(SettingsFile()),
+            Head() + PsLine("P1") + WrittenReg("R1", "new") + WrittenReg("R2", "y") + kTail);
   EXPECT_TRUE(host_.errors().empty());
 }
 

@@ -181,7 +181,10 @@ int EntryFamily::Put(void* record) const {
     void* stored = found;
     Copy(&stored, entry, 1, list);
     FreeRecord(entry);
+    // The module's name is read below from the entry that took the stored
+    // one's place; the one given was freed.
     entry = stored;
+    body = Body(entry);
   } else if (!GenericList::Append(list, entry)) {
     FreeRecord(entry);
     GenericList::Free(list);
