@@ -65,8 +65,8 @@ const std::vector<FamilyCase>& Cases() {
   static const std::vector<FamilyCase> cases = {
       {"settings", "RE", {"Text Editor", "8.0"}, {100, 5000, 50000}},
       {"languages", "SLA", {}, {100, 1000}},
-      {"strings", "Strings", {"US"}, {100, 5000, 50000}},
-      {"resources", "Resources", {"US"}, {100, 5000, 50000}, &WriteUsResources},
+      {"setup messages", "Strings", {"US"}, {100, 5000, 50000}},
+      {"resource texts", "Resources", {"US"}, {100, 5000, 50000}, &WriteUsResources},
       {"products", "MP", {"Lodestar Tools", "1.0"}, {100, 5000, 50000}},
       {"installs", "SM", {"Local"}, {100, 5000, 50000}},
       {"module groups", "MGM", {"Editors", "1.0"}, {100, 5000, 50000}},
