@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "core/copy_text.h"
 #include "quorvex/report.h"
 #include "quorvex/resources.h"
 #include "records/family_io.h"
@@ -20,8 +21,7 @@ namespace {
 using ResourceListOps = ListOps<ResourceRecord, &MPFreeResource>;
 
 void SetLanguage(void* record, const char* name, const char*) {
-  auto* resource = static_cast<ResourceRecord*>(record);
-  snprintf(resource->LanguageCode, sizeof resource->LanguageCode, "%s", name);
+  CopyCut(static_cast<ResourceRecord*>(record)->LanguageCode, name);
 }
 
 void NoteGeneratedName(void* record) {

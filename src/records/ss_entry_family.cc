@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "core/copy_text.h"
 #include "orvik/transaction.h"
 #include "quorvex/report.h"
 #include "quorvex/settings.h"
@@ -32,8 +33,8 @@ const char* OrEmpty(const char* text) {
   return text != nullptr ? text : "";
 }
 void SetModule(void* record, const char* module, const char* key2) {
-  snprintf(Body(record)->ModuleName, sizeof(SSRData::ModuleName), "%s", OrEmpty(module));
-  snprintf(Body(record)->ModuleKey2, sizeof(SSRData::ModuleKey2), "%s", OrEmpty(key2));
+  CopyCut(Body(record)->ModuleName, module);
+  CopyCut(Body(record)->ModuleKey2, key2);
 }
 Owner ModuleOf(const char* module, const char* key2) {
   return Owner{OrEmpty(module), OrEmpty(key2)};
