@@ -278,6 +278,68 @@ TEST_F(StringFamilyTest, PutReplacesTheMessageWithItsKeyAndKeepsEveryOtherByte) 
   EXPECT_TRUE(Errors().empty());
 }
 
+// A put of one message streams the section; a put of a list reads it into
+// a list. A put must leave what a list put of the message twice leaves (the
+// second finds the first and changes nothing), with the same result and
+// reports, whatever the section holds.
+TEST_F(StringFamilyTest, APutLeavesWhatAListPutLeavesWhateverTheSectionHolds) {
+  const std::string files[] = {
+      std::string(kHead) + kStrings + kRemove,
+      // A comment that goes on into a message.
+      std::string(kHead) + "; note \\\nTitle=One\r\nB=2\r\n" + kRemove,
+      std::string(kHead) + "Title=One\r\n; note \\\n" + kRemove,
+      // A message that goes on in the next line.
+      std::string(kHead) + "Title=One \\\r\n more\r\n" + kRemove,
+      // The section last, without a line end; twice; missing.
+      std::string(kHead) + "Title=One",
+      std::string(kHead) + "Title=One\r\n" + kRemove + "[Strings]\r\nTitle=Again\r\n",
+      std::string("\n[SourceSafe]\n$Header$\n") + kRemove,
+      // A key too long for the record, and lines the rewrite cannot copy.
+      std::string(kHead) + std::string(300, 'k') + "=long\r\n" + kRemove,
+      std::string(6000, 'h') + "\n" + kHead + "Title=One\r\n" + kRemove,
+      std::string(kHead) + "Title=One\r\n;" + std::string(6000, 'c') + "\r\n" + kRemove,
+  };
+  for (const std::string& file : files) {
+    for (const char* key : {"Title", "Added"}) {
+      SCOPED_TRACE(key + (" " + file.substr(0, 200)));
+      StringPtr message = NewMessage("US", key, "Put");
+
+      WriteMessages("US", file);
+      OpenLocked();
+      const int put = MPPutString(message.get());
+      const std::string streamed = Messages("US");
+      const std::vector<std::string> streamed_errors = Errors();
+      CloseMasterProfile();
+      host_.Clear();
+
+      WriteMessages("US", file);
+      OpenLocked();
+      StringList* list = nullptr;
+      ASSERT_EQ(MPNewStringList(&list), 1);
+      StringListPtr owned(list);
+      for (int i = 0; i < 2; ++i) {
+        StringRecord* copy = nullptr;
+        ASSERT_EQ(MPCopyString(&copy, message.get()), 1);
+        ASSERT_EQ(MPAppendString(list, copy), 1);
+      }
+      EXPECT_EQ(put, MPPutStringCompleteList(list));
+      EXPECT_EQ(streamed, Messages("US"));
+      EXPECT_EQ(streamed_errors, Errors());
+      CloseMasterProfile();
+      host_.Clear();
+    }
+  }
+}
+
+TEST_F(StringFamilyTest, APutReplacesTheFirstMessageWithItsKeyOnly) {
+  WriteMessages("US", std::string(kHead) + "Title=One\r\nB=2\r\nTitle=Two\r\n" + kRemove);
+  OpenLocked();
+  StringPtr message = NewMessage("US", "Title", "Put");
+  ASSERT_EQ(MPPutString(message.get()), 1);
+  EXPECT_EQ(Messages("US"), std::string(kHead) + "Title=Put\r\nB=2\r\nTitle=Two\r\n" + kRemove);
+  EXPECT_TRUE(Errors().empty());
+}
+
 TEST_F(StringFamilyTest, PutCompleteListOfWhatWasReadKeepsTheWrittenForm) {
   const std::string written = std::string(kHead) +
                               "Title=Pelham Setup\r\n"

@@ -201,6 +201,15 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
   char path[QV_PATH_SIZE] = "";
   QvFile input = OpenKindFile(schema, owner, MODE_UPDATE, path, schema.missing_file_message);
   if (input == QV_NO_FILE) return false;
+  return PutIntoOpenSection(schema, owner, input, path, record, replaces, keep_identity, rewritten);
+}
+
+bool PutIntoOpenSection(const KindSchema& schema, const Owner& owner, QvFile input,
+                        const char* path, const void* record,
+                        const std::function<bool(const void* stored)>& replaces,
+                        const std::function<void(void* copy, const void* stored)>& keep_identity,
+                        bool* rewritten, bool counts_a_read_first) {
+  *rewritten = false;
   // Each stored record passes through one scratch record and goes out as
   // its line at once: a put into a large section builds no list of it.
   std::unique_ptr<void, void (*)(void*)> scratch(NewRecord(schema), &FreeRecord);
@@ -269,9 +278,10 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
   if (ends_here) {
     *rewritten = rewrite.FinishHere();
   } else {
-    // What the pass over the old section reports names the lines as a
-    // rewrite of its own would count them: the records not read yet.
-    State().parse_line = lines_of_head;
+    // What the pass over the old section reports names the lines as the
+    // rewrite would count them after the list form's read: those of the
+    // read (when it reads through the same file), then the head again.
+    State().parse_line = counts_a_read_first ? State().parse_line + lines_of_head : lines_of_head;
     *rewritten = rewrite.Finish();
   }
   return true;

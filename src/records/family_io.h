@@ -77,6 +77,16 @@ bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* re
                     const std::function<bool(const void* stored)>& replaces,
                     const std::function<void(void* copy, const void* stored)>& keep_identity,
                     bool* rewritten);
+// As PutIntoSection, into a file its caller opened for update at path:
+// files that are found, or made, their own way. The file is taken over.
+// Reports name lines as the list form of the put would count them: with
+// counts_a_read_first, that form reads the section through the same open
+// file before rewriting it, so its count goes on from that read.
+bool PutIntoOpenSection(const KindSchema& schema, const Owner& owner, QvFile input,
+                        const char* path, const void* record,
+                        const std::function<bool(const void* stored)>& replaces,
+                        const std::function<void(void* copy, const void* stored)>& keep_identity,
+                        bool* rewritten, bool counts_a_read_first = false);
 
 // Reports "It appears that you have not run OpenMasterProfile
 // successfully!" (or "...not locked the Master Profile...") when the open

@@ -113,6 +113,21 @@ QvFile OpenLanguageFileForChange(const LanguageFileKind& kind, const char* langu
   }
 }
 
+namespace {
+
+// After a rewrite of a language file: a new file that never reached the
+// disk was not made after all, and one that did goes to version control.
+bool SettleLanguageFile(const char* path, bool written) {
+  if (!written) {
+    ForgetUnwrittenNewFile(path);
+    return false;
+  }
+  AddIfNewToVcs(path);
+  return true;
+}
+
+}  // namespace
+
 bool WriteLanguageSection(const LanguageFileKind& kind, QvFile file, const char* path,
                           RecordList* list) {
   SectionRewrite rewrite;
@@ -124,13 +139,20 @@ bool WriteLanguageSection(const LanguageFileKind& kind, QvFile file, const char*
     });
     written = rewrite.Finish();
   }
-  if (!written) {
-    // A new file that never reached the disk was not made after all.
-    ForgetUnwrittenNewFile(path);
-    return false;
-  }
-  AddIfNewToVcs(path);
-  return true;
+  return SettleLanguageFile(path, written);
+}
+
+bool PutLanguageRecord(const LanguageFileKind& kind, QvFile file, const char* path,
+                       const char* language, const void* record,
+                       const std::function<bool(const void* stored)>& replaces,
+                       const std::function<void(void* copy, const void* stored)>& keep_identity) {
+  Owner owner;
+  owner.name = language;
+  bool written = false;
+  // The list form reads the section and rewrites it through one open file.
+  PutIntoOpenSection(*kind.schema, owner, file, path, record, replaces, keep_identity, &written,
+                     true);
+  return SettleLanguageFile(path, written);
 }
 
 }  // namespace qv

@@ -5,6 +5,7 @@
 #define QUORVEX_RECORDS_LANGUAGE_FILE_H_
 
 #include <cstdint>
+#include <functional>
 
 #include "quorvex/base.h"
 #include "quorvex/list.h"
@@ -51,6 +52,15 @@ bool ReadLanguageSection(const KindSchema& schema, QvFile file, const char* lang
 // reporting.
 bool WriteLanguageSection(const LanguageFileKind& kind, QvFile file, const char* path,
                           RecordList* list);
+
+// As WriteLanguageSection, for a put of one record that streams the
+// section instead of reading it into a list (see PutIntoOpenSection): the
+// first stored record that `replaces` names takes the record's place, with
+// what keep_identity keeps of it; the record is added when none does.
+bool PutLanguageRecord(const LanguageFileKind& kind, QvFile file, const char* path,
+                       const char* language, const void* record,
+                       const std::function<bool(const void* stored)>& replaces,
+                       const std::function<void(void* copy, const void* stored)>& keep_identity);
 
 // Whether a changing operation may ask the person: the profile was opened
 // without OPEN_SILENT.

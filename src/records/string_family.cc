@@ -7,6 +7,7 @@
 #include <cstring>
 #include <vector>
 
+#include "core/copy_text.h"
 #include "quorvex/report.h"
 #include "quorvex/resources.h"
 #include "quorvex/text.h"
@@ -64,8 +65,7 @@ bool WriteMessageLine(const void* record, QvFile file) {
 }
 
 void SetLanguage(void* record, const char* name, const char*) {
-  auto* message = static_cast<StringRecord*>(record);
-  snprintf(message->LanguageCode, sizeof message->LanguageCode, "%s", name);
+  CopyCut(static_cast<StringRecord*>(record)->LanguageCode, name);
 }
 
 template <class Record>
@@ -176,6 +176,25 @@ bool RewriteMessages(const LanguageFileKind& kind, const char* language, bool of
   return written;
 }
 
+// A put of one message, as MergeMessages would leave the file, without a
+// list of the section: a language's file may hold many thousand messages.
+template <class Record>
+bool PutOneMessage(const LanguageFileKind& kind, const char* language, const Record* given) {
+  char path[QV_PATH_SIZE] = "";
+  QvFile file = OpenLanguageFileForChange(kind, language, true, path);
+  if (!QvFileIsOpen(file)) return false;
+  return PutLanguageRecord(
+      kind, file, path, language, given,
+      [&](const void* stored) {
+        return strcmp(static_cast<const Record*>(stored)->MessageKey, given->MessageKey) == 0;
+      },
+      [&](void* copy, const void* stored) {
+        auto* replacing = static_cast<Record*>(copy);
+        replacing->lineNumber = static_cast<const Record*>(stored)->lineNumber;
+        CopyCut(replacing->LanguageCode, language);
+      });
+}
+
 template <class Record>
 int GetCompleteList(const LanguageFileKind& kind, const char* language, RecordList** listOut) {
   *listOut = nullptr;
@@ -220,6 +239,7 @@ int PutMessages(const LanguageFileKind& kind, const std::vector<const Record*>& 
   char language[sizeof(Record::LanguageCode)];
   snprintf(language, sizeof language, "%s", given.front()->LanguageCode);
   if (!LanguageGiven(language)) return 0;
+  if (given.size() == 1) return PutOneMessage(kind, language, given.front()) ? 1 : 0;
   return RewriteMessages<Record>(
              kind, language, true,
              [&](RecordList* stored) { MergeMessages<Record>(stored, language, given); })
