@@ -121,6 +121,7 @@ bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
                      const char** as_written) {
   const bool copies = as_written != nullptr && LinesCanBeCopied(schema);
   char line[QV_LINE_SIZE];
+  std::string kept;
   uint32_t flags = 0;
   for (;;) {
     uint64_t problems = ParseProblemCount();
@@ -143,11 +144,7 @@ bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
     if (schema.set_owner != nullptr) schema.set_owner(record, owner.name, owner.key);
     bool parsed;
     if (copies) {
-      // Such a kind has no line reader or checks of its own, and reading
-      // its fields leaves the line as it was.
-      bool same = false;
-      parsed = ParseRecordLine(schema, line, record, &same);
-      *as_written = same ? line : nullptr;
+      parsed = ParseLineForCopy(schema, line, record, &kept, as_written);
     } else {
       parsed = DecodeRecordLine(schema, line, record);
       if (as_written != nullptr) *as_written = nullptr;

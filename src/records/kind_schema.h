@@ -128,6 +128,10 @@ struct KindSchema {
   // Checks and normalisation after a line was read (the parse position is
   // still that of the line, for warnings with file and line).
   void (*after_read)(void* record) = nullptr;
+  // For a kind with a line of its own format: whether the record read
+  // from `line` (the reader's text, before parse_line) writes back as that
+  // text, so that a put may copy the line (nullptr: never).
+  bool (*written_as_read)(const char* line, const void* record) = nullptr;
   // Fills the record's owner members from the file's owner (module key,
   // language code, ...) after it was read.
   void (*set_owner)(void* record, const char* name, const char* key) = nullptr;

@@ -358,6 +358,8 @@ bool ParseFields(const KindSchema& schema, char* line, void* record, bool* as_wr
 }  // namespace
 
 bool LinesCanBeCopied(const KindSchema& schema) {
+  // A line of its own format: the kind tells line by line.
+  if (schema.written_as_read != nullptr) return schema.after_read == nullptr;
   if (schema.parse_line != nullptr || schema.write_line != nullptr ||
       schema.after_read != nullptr || schema.line.empty()) {
     return false;
@@ -392,6 +394,21 @@ bool ParseRecordLine(const KindSchema& schema, char* line, void* record) {
 
 bool ParseRecordLine(const KindSchema& schema, char* line, void* record, bool* as_written) {
   return ParseFields<true>(schema, line, record, as_written);
+}
+
+bool ParseLineForCopy(const KindSchema& schema, char* line, void* record, std::string* kept,
+                      const char** as_written) {
+  if (schema.written_as_read != nullptr) {
+    kept->assign(line);
+    const bool parsed = schema.parse_line(line, record);
+    *as_written = schema.written_as_read(kept->c_str(), record) ? kept->c_str() : nullptr;
+    return parsed;
+  }
+  // Reading the fields leaves the line as it was.
+  bool same = false;
+  const bool parsed = ParseRecordLine(schema, line, record, &same);
+  *as_written = same ? line : nullptr;
+  return parsed;
 }
 
 bool AppendLineAsWritten(uint32_t record_flags, const char* text, std::string* out) {

@@ -35,7 +35,8 @@ bool ParseRecordLine(const KindSchema& schema, char* line, void* record);
 // Whether a line of the kind that reads in the form its writer gives can be
 // copied instead of written again from its record: the kind reads and
 // writes its lines field by field, with numbers, texts and flags only, and
-// no two fields share a byte (or a flag bit) of the record.
+// no two fields share a byte (or a flag bit) of the record; or its lines
+// have a format of their own, and the kind tells which read as written.
 bool LinesCanBeCopied(const KindSchema& schema);
 
 // ParseRecordLine for a kind whose lines can be copied, telling in
@@ -44,6 +45,13 @@ bool LinesCanBeCopied(const KindSchema& schema);
 // end). A rewrite then copies the line; most lines were written by the
 // writer and read back so.
 bool ParseRecordLine(const KindSchema& schema, char* line, void* record, bool* as_written);
+
+// The read of a line for a kind whose lines can be copied, whatever their
+// format: *as_written is the text the record writes back as (the line, or
+// a copy of it kept in *kept before a reader of the kind's own cut it up),
+// or nullptr when the record writes back otherwise.
+bool ParseLineForCopy(const KindSchema& schema, char* line, void* record, std::string* kept,
+                      const char** as_written);
 
 // The line of a record read from `text` with *as_written true, as
 // AppendRecordLine writes it: the marker for RECORD_IAO, the text, the

@@ -64,6 +64,20 @@ bool WriteMessageLine(const void* record, QvFile file) {
   return WriteField(line, file, options) == 1;
 }
 
+// The writer puts out the key, "=" and the text: a line that was split at
+// its first "=" into parts taken whole, nothing cut or trimmed, is that.
+bool MessageWrittenAsRead(const char* line, const void* record) {
+  const auto* message = static_cast<const StringRecord*>(record);
+  const char* equals = strchr(line, '=');
+  if (equals == nullptr) return false;
+  const size_t key = static_cast<size_t>(equals - line);
+  if (key >= sizeof message->MessageKey) return false;
+  // The writer's line buffer would cut a longer one.
+  if (key + 1 + strlen(equals + 1) >= QV_LINE_SIZE) return false;
+  return strncmp(message->MessageKey, line, key) == 0 && message->MessageKey[key] == '\0' &&
+         strcmp(message->MessageText, equals + 1) == 0;
+}
+
 void SetLanguage(void* record, const char* name, const char*) {
   CopyCut(static_cast<StringRecord*>(record)->LanguageCode, name);
 }
@@ -93,6 +107,7 @@ KindSchema MakeMessageSchema(const char* code, const char* label) {
   };
   schema.parse_line = &ParseMessageLine;
   schema.write_line = &WriteMessageLine;
+  schema.written_as_read = &MessageWrittenAsRead;
   schema.set_owner = &SetLanguage;
   schema.custom_line_members = {"MessageKey", "MessageText"};
   return schema;
