@@ -453,7 +453,10 @@ bool InnerFieldsTakeRecordFlags(const KindSchema& schema) {
 
 bool AppendRecordLine(const KindSchema& schema, const void* record, std::string* out) {
   if (schema.write_line != nullptr) {
-    std::unique_ptr<File> memory(File::OpenInMemory());
+    // One file in memory serves every line: a rewrite writes a line for
+    // each record of its section.
+    static thread_local std::unique_ptr<File> memory(File::OpenInMemory());
+    memory->ClearMemory();
     bool written = schema.write_line(record, memory->handle());
     out->append(memory->memory());
     return written;

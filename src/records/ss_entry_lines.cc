@@ -276,10 +276,15 @@ const EntryKind& CieEntry() {
 
 bool ReadNameAndTag(const char* line, std::string* name, std::string* tag) {
   ReportCapture quiet(/*quiet=*/true);
-  std::string copy = line;
+  // Called for every line of a section: only the first byte of each
+  // buffer is cleared, which is all a report of a text too long reads.
+  static thread_local std::string copy;
+  copy.assign(line);
   char* cursor = copy.data();
-  char name_text[QV_LINE_SIZE] = "";
-  char tag_text[QV_LINE_SIZE] = "";
+  char name_text[QV_LINE_SIZE];
+  char tag_text[QV_LINE_SIZE];
+  name_text[0] = '\0';
+  tag_text[0] = '\0';
   if (!ParseQuotedString(&cursor, name_text, 0, sizeof name_text)) return false;
   if (!ParseQuotedString(&cursor, tag_text, 0, sizeof tag_text)) return false;
   *name = name_text;
