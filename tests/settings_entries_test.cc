@@ -13,6 +13,7 @@
 #include "quorvex/quorvex.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
+#include "records/ss_entry_family.h"
 #include "records/ss_entry_lines.h"
 #include "records/ss_entry_section.h"
 #include "support/list_view.h"
@@ -296,6 +297,99 @@ TEST_F(SettingsEntriesTest, TwoWritesInOneOpenProfileNeverGiveTheSameName) {
     CloseMasterProfile();
   }
   EXPECT_TRUE(host_.errors().empty());
+}
+
+// A put of one entry streams the section; the list form reads the kind's
+// entries into a list and writes them back after the other kinds' lines.
+// Both must leave the same bytes, results, names and reports, whatever the
+// section holds, for a stored name, a new one and none, each followed in
+// the same open by an unnamed entry of another kind.
+TEST_F(SettingsEntriesTest, AStreamedPutLeavesWhatAPutThroughAListLeaves) {
+  const std::string module_only = "\n[SourceSafe]\n$Header$\n\n[Module]\n\"Text Editor\",\"8.0\"\n";
+  std::string lower = RegLine("R3", "x", "REG_SZ");
+  lower.replace(lower.find("\"REG\""), 5, "\"reg\"");
+  std::string bad_root = RegLine("R5", "x", "REG_SZ");
+  bad_root.replace(bad_root.find("HKEY_LOCAL_MACHINE"), 18, "HKEY_NOWHERE");
+  std::string continued = RegLine("R6", "x", "REG_SZ");
+  continued.insert(continued.find("\"HKEY"), "\\\n");
+  const std::string mixed =
+      RegLine("R1", "x", "REG_SZ") + PsLine("P1") + IniLine("I1") + RegLine("R2", "y", "REG_SZ");
+  const std::string files[] = {
+      Head() + mixed + kTail,
+      Head() + IniLine("MP_GEN_1111_00000003") + RegLine("MP_GEN_1111_00000007", "g", "REG_SZ") +
+          PsLine("MP_GEN_1111_00000004") + RegLine("R1", "x", "REG_SZ") + kTail,
+      // Only the other kinds' names are generated; the order they stand in
+      // counts.
+      Head() + IniLine("MP_GEN_1111_00000002") + PsLine("MP_GEN_1111_00000009") +
+          IniLine("MP_GEN_1111_00000005") + RegLine("R1", "x", "REG_SZ") + kTail,
+      // A generated name of another kind, one below the first name given:
+      // the second put counts on from the names given out before.
+      Head() + IniLine("MP_GEN_1111_00000001") + kTail,
+      // A number equal to the running counter counts in the kind's names
+      // only.
+      Head() + RegLine("MP_GEN_1111_00000000", "g", "REG_SZ") + kTail,
+      // A stored entry without a name is given one on every rewrite.
+      Head() + RegLine("", "x", "REG_SZ") + PsLine("P1") + RegLine("R1", "x", "REG_SZ") + kTail,
+      // A tag in other letters is the kind's to read, but not to drop.
+      Head() + lower + mixed + kTail,
+      Head() + ";IAO;" + RegLine("R1", "x", "REG_SZ") + ";IAO;" + PsLine("P2") + mixed + kTail,
+      // A comment that goes on into an entry; an entry that goes on.
+      Head() + "; note \\\n" + mixed + kTail,
+      Head() + mixed + continued + kTail,
+      Head() + RegLine("R4", "01", "REG_DWORD") + mixed + kTail,
+      // Lines that do not read.
+      Head() + mixed + bad_root + kTail,
+      Head() + mixed + "junk line\n" + kTail,
+      // The section missing, last without a line end, twice.
+      module_only,
+      Head() + mixed.substr(0, mixed.size() - 1),
+      Head() + mixed + kTail + "[System-Settings Records]\n" + RegLine("R8", "z", "REG_SZ"),
+      // Lines the rewrite cannot copy whole, before and in the section.
+      std::string(6000, 'h') + "\n" + Head() + mixed + kTail,
+      Head() + mixed + ";" + std::string(6000, 'c') + "\n" + kTail,
+  };
+  struct Outcome {
+    std::vector<int> results;
+    std::vector<std::string> names;
+    std::string bytes;
+    std::vector<std::string> errors;
+  };
+  auto put_each = [&](const std::string& file, const char* name, bool streams) {
+    WriteFileBytes(SettingsFile(), file);
+    Outcome out;
+    if (qvtest::OpenProfileAt(dir_, kLockedOpen) != 1) return out;
+    // Each open draws its own prefix for the names it gives.
+    snprintf(qv::State().name_prefix, sizeof qv::State().name_prefix, "0042_");
+    host_.Clear();
+    for (const qv::EntryFamily* family : {&qv::ReFamily(), &qv::PeFamily()}) {
+      SSRRecord* r = NewRe(family == &qv::ReFamily() ? name : "");
+      snprintf(r->row.Data, sizeof r->row.Data, "put");
+      if (family == &qv::PeFamily()) {
+        r->row.Type = SSR_TYPE_PS;
+        r->row.DataType = ZQFKEY_SZ;
+      }
+      out.results.push_back(streams ? family->Put(r) : family->PutThroughList(r));
+      out.names.push_back(r->row.Name);
+      MPFreeRE(r);
+    }
+    out.bytes = ReadFileBytes(SettingsFile());
+    out.errors = host_.errors();
+    CloseMasterProfile();
+    host_.Clear();
+    return out;
+  };
+  for (const std::string& file : files) {
+    for (const char* first : {"R1", "R9", ""}) {
+      SCOPED_TRACE(std::string("[") + first + "] " + file.substr(0, 300));
+      const Outcome streamed = put_each(file, first, true);
+      const Outcome listed = put_each(file, first, false);
+      ASSERT_EQ(streamed.results.size(), 2u);
+      EXPECT_EQ(streamed.results, listed.results);
+      EXPECT_EQ(streamed.names, listed.names);
+      EXPECT_EQ(streamed.bytes, listed.bytes);
+      EXPECT_EQ(streamed.errors, listed.errors);
+    }
+  }
 }
 
 TEST_F(SettingsEntriesTest, GetSsrFindsRegThenPsButNeverAnIniEntry) {

@@ -29,6 +29,7 @@ struct EngineState {
   RecordList* location_list = nullptr;
   RecordList* global_file_list = nullptr;
   char name_prefix[6] = "";  // "%4.4d_"
+  uint64_t open_number = 0;  // which open of this process it is: never the same twice
   ResourceFileTable* resource_files = nullptr;
   uint32_t resource_counter = 0;  // shared by all languages, never lowered
 

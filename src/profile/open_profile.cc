@@ -117,6 +117,9 @@ bool TryMasterProfile(OpenAttempt* attempt) {
   if (attempt->flags & OPEN_READ_ACTIVE_ONLY) s.comment_mode = 1;
   FreeGlobalFileList(s.global_file_list);
   s.global_file_list = NewGlobalFileList();
+  // Counted apart from the state, which tests reset.
+  static uint64_t opens = 0;
+  s.open_number = ++opens;
   s.location_list = locations;
   s.lock_file = lock;
   if (lock != nullptr) RemoveLeftoverFiles(s.profile_path);

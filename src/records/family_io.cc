@@ -111,14 +111,14 @@ bool IsOrvikProfile() {
 
 bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
                         const std::function<void*()>& next, const std::function<bool(void*)>& take,
-                        const char** as_written) {
+                        const char** as_written, const SeenLine& seen) {
   if (!FindSection(file, schema.kind->section)) return true;
-  return ScanRecordsHere(schema, file, owner, next, take, as_written);
+  return ScanRecordsHere(schema, file, owner, next, take, as_written, seen);
 }
 
 bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
                      const std::function<void*()>& next, const std::function<bool(void*)>& take,
-                     const char** as_written) {
+                     const char** as_written, const SeenLine& seen) {
   const bool copies = as_written != nullptr && LinesCanBeCopied(schema);
   char line[QV_LINE_SIZE];
   std::string kept;
@@ -135,6 +135,7 @@ bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
     }
     // The reader ends a section early at a broken comment continuation.
     if (!got) return ParseProblemCount() == problems;
+    if (seen) seen(line, flags);
     if (schema.takes_line != nullptr && !schema.takes_line(line)) continue;
     void* record = next();
     if (record == nullptr) return false;

@@ -41,21 +41,26 @@ bool ReadKindList(const KindSchema& schema, const Owner& owner, uint32_t mode,
 bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
                         RecordList* list);
 
+// Every record line a scan reads, whichever kind it belongs to: its text as
+// read, before the kind's filter and reader see it, and its record flags.
+using SeenLine = std::function<void(const char* line, uint32_t flags)>;
+
 // Reads the section's record lines in turn, each into the empty record that
 // `next` gives, with its line number, record flags and owner, and hands it
 // to `take` once its line has read. False at the first line that fails the
 // read (reported), or when `next` gives nothing or `take` refuses. With
 // `as_written`, for a kind whose lines can be copied, *as_written is the
 // line's text while `take` has a record that writes back as that text, and
-// nullptr while it has another.
+// nullptr while it has another. `seen`, when given, is shown every line
+// first, also those of the other kinds of a shared section.
 bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
                         const std::function<void*()>& next, const std::function<bool(void*)>& take,
-                        const char** as_written = nullptr);
+                        const char** as_written = nullptr, const SeenLine& seen = nullptr);
 // As ScanSectionRecords, from the file's position: behind the section's
 // header.
 bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
                      const std::function<void*()>& next, const std::function<bool(void*)>& take,
-                     const char** as_written = nullptr);
+                     const char** as_written = nullptr, const SeenLine& seen = nullptr);
 
 // Rewrites the kind's section from the list (the file is checked out
 // first), resuming the copy behind the schema's tail section when it names

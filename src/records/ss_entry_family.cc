@@ -109,14 +109,16 @@ int EntryFamily::Copy(void** record_in_out, const void* source, int mode, Record
   void* copy = New();
   if (copy == nullptr) return 0;
   memcpy(copy, source, schema_.record_size);
-  if (mode == 1 && stored != nullptr) {
-    // The stored record keeps its identity: its module, name and line.
-    memcpy(copy, stored, offsetof(SSRData, Type));
-    SetLineNumber(schema_, copy, GetUnsigned(stored, schema_.line_number_offset, ValueType::kU32));
-  }
+  if (mode == 1 && stored != nullptr) KeepIdentity(copy, stored);
   *record_in_out = copy;
   if (stored != nullptr && list != nullptr) GenericList::ReplaceRecord(list, stored, copy);
   return 1;
+}
+
+void EntryFamily::KeepIdentity(void* copy, const void* stored) const {
+  // The stored record keeps its identity: its module, name and line.
+  memcpy(copy, stored, offsetof(SSRData, Type));
+  SetLineNumber(schema_, copy, GetUnsigned(stored, schema_.line_number_offset, ValueType::kU32));
 }
 
 int EntryFamily::Get(const char* module, const char* key2, const char* name,
@@ -154,6 +156,14 @@ void EntryFamily::Normalise(void* record) const {
 }
 
 int EntryFamily::Put(void* record) const {
+  return PutAs(record, /*streams=*/true);
+}
+
+int EntryFamily::PutThroughList(void* record) const {
+  return PutAs(record, /*streams=*/false);
+}
+
+int EntryFamily::PutAs(void* record, bool streams) const {
   if (!RequireLockedProfile()) return 0;
   void* entry = New();
   if (entry == nullptr) return 0;
@@ -170,6 +180,26 @@ int EntryFamily::Put(void* record) const {
     return inserted ? 1 : 0;
   }
   const SSRData* body = Body(entry);
+  if (streams) {
+    const Owner module = ModuleOf(body->ModuleName, body->ModuleKey2);
+    auto replaces = [&](const void* stored) {
+      return body->Name[0] != '\0' &&
+             Matches(stored, body->ModuleName, body->ModuleKey2, body->Name);
+    };
+    auto keep_identity = [&](void* copy, const void* stored) { KeepIdentity(copy, stored); };
+    char name[sizeof(SSRData::Name)] = "";
+    switch (PutEntryIntoSection(kind_, schema_, module, entry, replaces, keep_identity, name)) {
+      case StreamedEntryPut::kWritten:
+        FreeRecord(entry);
+        memcpy(Body(record)->Name, name, sizeof name);
+        return 1;
+      case StreamedEntryPut::kFailed:
+        FreeRecord(entry);
+        return 0;
+      case StreamedEntryPut::kNeedsList:
+        break;
+    }
+  }
   RecordList* list = nullptr;
   if (!ReadAll(body->ModuleName, body->ModuleKey2, &list, MODE_UPDATE)) {
     FreeRecord(entry);

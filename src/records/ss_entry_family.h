@@ -25,6 +25,9 @@ class EntryFamily {
   // Puts a copy in the module the record names; a name generated for it
   // is copied back into the record.
   int Put(void* record) const;
+  // As Put, with the module's section read into a list and written back
+  // from it: the form a put takes where the section cannot stream.
+  int PutThroughList(void* record) const;
   int PutCompleteList(const char* module, const char* key2, RecordList* list) const;
   int Delete(const char* module, const char* key2, const char* name) const;
   // From the list's cursor to the next record of the module with the name
@@ -37,6 +40,10 @@ class EntryFamily {
   // What a read gives back for what the record holds (the default access,
   // no leading backslashes, ...), so that a put is checked as it is stored.
   void Normalise(void* record) const;
+  int PutAs(void* record, bool streams) const;
+  // A copy that takes a stored record's place keeps its module, name and
+  // line.
+  void KeepIdentity(void* copy, const void* stored) const;
   bool Matches(const void* record, const char* module, const char* key2, const char* name) const;
 
   const EntryKind& kind_;

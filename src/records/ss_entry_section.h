@@ -5,6 +5,7 @@
 #define QUORVEX_RECORDS_SS_ENTRY_SECTION_H_
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,23 @@ bool ReadEntrySection(const KindSchema& schema, const Owner& module, uint32_t mo
 // reporting.
 bool WriteEntrySection(const EntryKind& kind, const KindSchema& schema, const Owner& module,
                        RecordList* list);
+
+// How a put of one entry through the section went: written, failed
+// (reported; nothing written), or not tried because the section must be
+// read into a list (an open that leaves inactive lines unread, or a module
+// without a settings file, which the list form makes).
+enum class StreamedEntryPut { kWritten, kFailed, kNeedsList };
+
+// A put of one entry that streams the section instead of reading it into a
+// list of full-size records: it leaves what WriteEntrySection leaves after
+// ReadEntrySection, with the entry in place of the first stored one that
+// `replaces` names (taking that one's identity from `keep_identity`), or
+// last. The name it went out with (given one when it had none) is copied
+// to written_name (room for SSRData::Name).
+StreamedEntryPut PutEntryIntoSection(
+    const EntryKind& kind, const KindSchema& schema, const Owner& module, const void* entry,
+    const std::function<bool(const void* stored)>& replaces,
+    const std::function<void(void* copy, const void* stored)>& keep_identity, char* written_name);
 
 // The counter behind "MP_GEN_" + tag: above the numbers of the section's
 // lines (old_names, in file order) and of the names already in the list.
