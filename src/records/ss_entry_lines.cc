@@ -53,8 +53,9 @@ class FieldWriter {
   explicit FieldWriter(QvFile file) : file_(file) {}
   bool ok() const { return ok_; }
   void Text(const char* text, uint32_t options) {
-    // The writer uses its text as scratch.
-    std::string copy = text;
+    // The writer uses its text as scratch; one copy serves every field.
+    static thread_local std::string copy;
+    copy.assign(text);
     ok_ = WriteField(copy.data(), file_, options) == 1 && ok_;
   }
   void Flags(uint32_t word, uint32_t options) {
