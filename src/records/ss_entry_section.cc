@@ -59,33 +59,24 @@ uint8_t TypeOf(const void* record) {
   return *(static_cast<const uint8_t*>(record) + offsetof(SSRData, Type));
 }
 
-// The section's old lines: those of other kinds are kept, as they read
-// (an inactive one with its marker), and every name counts.
-struct OldSection {
-  std::vector<std::string> kept;
-  std::vector<std::string> names;
-};
-
-OldSection ReadOldSection(QvFile input, const EntryKind& kind) {
-  OldSection old;
-  char line[QV_LINE_SIZE];
-  uint32_t flags = 0;
-  // The marked lines are read whatever the open asked, so none is lost.
-  while (ReadRecordLine(input, line, &flags, 2) == 1) {
-    std::string name;
-    std::string tag;
-    bool named = ReadNameAndTag(line, &name, &tag);
-    if (named) old.names.push_back(name);
-    if (named && tag == kind.tag) continue;
-    std::string text = (flags & RECORD_IAO) != 0 ? std::string(";IAO;") + line : line;
-    old.kept.push_back(text + "\n");
-  }
-  return old;
-}
-
 // Whether a name can raise the counter of generated names.
 bool LooksGenerated(const char* name) {
   return strstr(name, kGenerated) != nullptr;
+}
+
+// One line of the old section, whichever kind it is: a name that may be a
+// generated one counts (NextGeneratedNumber reads no other), and a line of
+// another kind is kept as it stood, an inactive one with its marker.
+void TakeOldLine(const EntryKind& kind, const char* line, uint32_t flags, std::string* kept,
+                 std::vector<std::string>* generated) {
+  std::string name;
+  std::string tag;
+  const bool named = ReadNameAndTag(line, &name, &tag);
+  if (named && LooksGenerated(name.c_str())) generated->push_back(name);
+  if (named && tag == kind.tag) return;
+  if ((flags & RECORD_IAO) != 0) kept->append(";IAO;");
+  kept->append(line);
+  kept->push_back('\n');
 }
 
 void GiveName(void* record, int32_t* counter) {
@@ -112,8 +103,11 @@ struct EntrySection {
   // up with the name it goes out with: itself, or the copy that waits for
   // one. nullptr when memory ran short.
   const void* Add(const EntryKind& kind, const KindSchema& schema, const void* record) {
+    const char* name = NameOf(const_cast<void*>(record));
+    // Every entry's name counts, also one that is left out.
+    if (LooksGenerated(name)) list_generated.push_back(name);
     if (TypeOf(record) != kind.type) return record;
-    if (NameOf(const_cast<void*>(record))[0] != '\0') {
+    if (name[0] != '\0') {
       AppendRecordLine(schema, record, &ours);
       return record;
     }
@@ -180,21 +174,13 @@ StreamedEntryPut PutEntryIntoSection(
   const uint64_t continuable = ContinuableLineCount();
   const void* named = nullptr;  // what holds the entry's name once it went out
   auto seen = [&](const char* line, uint32_t flags) {
-    std::string name;
-    std::string tag;
-    const bool has_name = ReadNameAndTag(line, &name, &tag);
-    if (has_name && LooksGenerated(name.c_str())) section.old_generated.push_back(name);
-    if (has_name && tag == kind.tag) return;
-    if ((flags & RECORD_IAO) != 0) theirs += ";IAO;";
-    theirs += line;
-    theirs += '\n';
+    TakeOldLine(kind, line, flags, &theirs, &section.old_generated);
   };
   auto next = [&] {
     ClearRecord(schema, scratch.get());
     return scratch.get();
   };
   auto take = [&](void* stored) {
-    if (LooksGenerated(NameOf(stored))) section.list_generated.push_back(NameOf(stored));
     if (named != nullptr || !replaces(stored)) return section.Add(kind, schema, stored) != nullptr;
     memcpy(copy.get(), entry, schema.record_size);
     keep_identity(copy.get(), stored);
@@ -207,7 +193,6 @@ StreamedEntryPut PutEntryIntoSection(
   if (!read || !begun) return StreamedEntryPut::kFailed;
   if (named == nullptr) {
     memcpy(copy.get(), entry, schema.record_size);
-    if (LooksGenerated(NameOf(copy.get()))) section.list_generated.push_back(NameOf(copy.get()));
     named = section.Add(kind, schema, copy.get());
     if (named == nullptr) return StreamedEntryPut::kFailed;
   }
@@ -268,13 +253,19 @@ bool WriteEntrySection(const EntryKind& kind, const KindSchema& schema, const Ow
   if (input == QV_NO_FILE) return false;
   SectionRewrite rewrite;
   if (!rewrite.Begin(input, path, kind.section)) return false;
-  OldSection old = ReadOldSection(input, kind);
-  File* out = File::FromHandle(rewrite.output());
-  for (const std::string& line : old.kept) out->Write(line.data(), line.size());
+  std::string kept;
+  std::vector<std::string> old_names;
+  char line[QV_LINE_SIZE];
+  uint32_t flags = 0;
+  // The marked lines are read whatever the open asked, so none is lost.
+  while (ReadRecordLine(input, line, &flags, COMMENT_MODE_RECORDS) == 1) {
+    TakeOldLine(kind, line, flags, &kept, &old_names);
+  }
+  File::FromHandle(rewrite.output())->Write(kept.data(), kept.size());
 
   std::vector<std::string> list_names;
   GenericList::ForEach(list, [&](void* record) { list_names.push_back(NameOf(record)); });
-  int32_t counter = NextGeneratedNumber(old.names, list_names);
+  int32_t counter = NextGeneratedNumber(old_names, list_names);
   int32_t& given = GivenOut(path, kind.section);
   if (counter < given) counter = given;
   GenericList::ForEach(list, [&](void* record) {
