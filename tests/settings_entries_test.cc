@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "core/state.h"
+#include "platform/file.h"
+#include "platform/write_faults.h"
 #include "quorvex/quorvex.h"
 #include "records/location_family.h"
 #include "records/orvik_rows.h"
@@ -566,6 +568,51 @@ TEST_F(SettingsEntriesTest, AnEntryWhoseLineCouldNotReadBackIsRefused) {
   EXPECT_EQ(host_.errors()[0].rfind("RE record refused: Type", 0), 0u) << host_.errors()[0];
   MPFreeRE(r);
   EXPECT_FALSE(qvtest::PathExists(SettingsFile()));
+}
+
+// A line is put together whole and goes out in one write: a disk that
+// fills up partway leaves the bytes a write per field would have left, and
+// the line does not count as written.
+TEST_F(SettingsEntriesTest, AnEntryLineGoesOutInOneWriteAndAFullDiskStopsIt) {
+  SSRRecord* r = NewRe("R1");
+  r->row.Access = SSR_DEFAULT_ACCESS;
+  std::string line;
+  ASSERT_TRUE(qv::AppendEntryLine(qv::ReEntry(), r, &line));
+  ASSERT_EQ(line, WrittenReg("R1", "text"));
+  const std::string path = host_.scratch().Join("line.ssr");
+  for (size_t budget : {size_t{0}, size_t{1}, size_t{40}, line.size() - 1, line.size()}) {
+    SCOPED_TRACE(budget);
+    qv::File* file = qv::File::Open(path, qv::OpenMode::kCreateAlways);
+    ASSERT_NE(file, nullptr);
+    qv::SetWriteBudget(static_cast<int64_t>(budget));
+    const bool written = qv::WriteEntryLine(qv::ReEntry(), r, file->handle());
+    qv::SetWriteBudget(-1);
+    delete file;
+    EXPECT_EQ(written, budget == line.size());
+    EXPECT_EQ(ReadFileBytes(path), line.substr(0, budget));
+  }
+  EXPECT_TRUE(host_.errors().empty());
+  MPFreeRE(r);
+}
+
+// A type without a name leaves its field empty and the line unwritten, each
+// time it is written, while the other fields go out as they stand.
+TEST_F(SettingsEntriesTest, AnEntryWhoseTypeHasNoNameWritesAnEmptyTypeAndFails) {
+  SSRRecord* r = NewRe("R1");
+  r->row.Access = SSR_DEFAULT_ACCESS;
+  r->row.DataType = 99;
+  for (int round = 0; round < 2; ++round) {
+    std::string line;
+    EXPECT_FALSE(qv::AppendEntryLine(qv::ReEntry(), r, &line));
+    std::string expected = WrittenReg("R1", "text");
+    expected.replace(expected.find("\"REG_SZ\""), 8, "\"\"");
+    EXPECT_EQ(line, expected);
+  }
+  EXPECT_EQ(host_.errors().size(), 2u);
+  for (const std::string& error : host_.errors()) {
+    EXPECT_NE(error.find("Unsupported REG DataType Key"), std::string::npos) << error;
+  }
+  MPFreeRE(r);
 }
 
 TEST_F(SettingsEntriesTest, TheFlagTablesNameTheirBits) {

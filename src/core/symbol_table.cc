@@ -1,8 +1,12 @@
 // The one reader and the one writer of every symbolic table.
 #include "core/symbol_table.h"
 
+#include <functional>
 #include <string>
+#include <unordered_map>
+#include <vector>
 
+#include "core/field_text.h"
 #include "core/report_capture.h"
 #include "core/text_chars.h"
 #include "quorvex/report.h"
@@ -113,15 +117,54 @@ bool WriteSymbols(const SymbolTable& table, uint32_t value, std::vector<std::str
   return false;
 }
 
-void PutSymbolFields(const SymbolTable& table, std::vector<std::string>& fields, QvFile file,
-                     uint32_t options) {
+namespace {
+
+// The bytes of a value's fields, as PutSymbolFields would write them.
+void AppendFields(const SymbolTable& table, const std::vector<std::string>& fields,
+                  uint32_t options, std::string* out) {
   if (table.force_quotes) options &= ~FO_UNQUOTED;
   for (size_t i = 0; i < fields.size(); ++i) {
     uint32_t field_options = options;
     if (i > 0) field_options &= ~FO_IAO;
     if (i + 1 < fields.size()) field_options &= ~FO_END_RECORD;
-    WriteField(fields[i].data(), file, field_options);
+    AppendFieldBytes(out, fields[i].data(), fields[i].size(), field_options);
   }
+}
+
+struct WrittenKey {
+  const SymbolTable* table;
+  uint32_t value;
+  uint32_t options;
+  bool operator==(const WrittenKey&) const = default;
+};
+
+struct WrittenKeyHash {
+  size_t operator()(const WrittenKey& key) const {
+    const uint64_t mixed = (uint64_t{key.value} << 32 | key.options) * 0x9E3779B97F4A7C15u;
+    return std::hash<const void*>()(key.table) ^ static_cast<size_t>(mixed ^ (mixed >> 29));
+  }
+};
+
+}  // namespace
+
+bool AppendSymbolFields(const SymbolTable& table, uint32_t value, uint32_t options,
+                        std::string* out) {
+  // A rewrite spells the same few values on every line of a section: the
+  // bytes of a named value are kept. A value without a name is spelled
+  // each time, since spelling it reports.
+  constexpr size_t kMostKept = 4096;
+  static thread_local std::unordered_map<WrittenKey, std::string, WrittenKeyHash> kept;
+  const WrittenKey key{&table, value, options};
+  if (auto found = kept.find(key); found != kept.end()) {
+    out->append(found->second);
+    return true;
+  }
+  static thread_local std::vector<std::string> fields;
+  const bool named = WriteSymbols(table, value, &fields);
+  const size_t start = out->size();
+  AppendFields(table, fields, options, out);
+  if (named && kept.size() < kMostKept) kept.emplace(key, out->substr(start));
+  return named;
 }
 
 }  // namespace qv

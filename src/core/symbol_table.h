@@ -87,11 +87,12 @@ bool ReadSymbols(const SymbolTable& table, const char* text, uint32_t* value);
 // the fields then hold one empty text.
 bool WriteSymbols(const SymbolTable& table, uint32_t value, std::vector<std::string>* fields);
 
-// Hands the fields of WriteSymbols to WriteField. The caller's options
-// belong to the group as if it were one field: the ";IAO;" marker goes
-// before the first field and the record end after the last.
-void PutSymbolFields(const SymbolTable& table, std::vector<std::string>& fields, QvFile file,
-                     uint32_t options);
+// Appends the bytes WriteField writes for the fields of WriteSymbols; true
+// when the value had a name. The caller's options belong to the group as if
+// it were one field: the ";IAO;" marker goes before the first field and the
+// record end after the last.
+bool AppendSymbolFields(const SymbolTable& table, uint32_t value, uint32_t options,
+                        std::string* out);
 
 }  // namespace qv
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/symbol_table.h"
+#include "platform/file.h"
 
 namespace qv {
 namespace {
@@ -18,11 +19,12 @@ uint32_t ReadOne(const SymbolTable& table, const char* name) {
   return value;
 }
 
-// Writes the value's fields; true when the value had a name.
+// Writes the value's fields in one write; true when the value had a name.
 bool WriteValue(const SymbolTable& table, uint32_t value, QvFile file, uint32_t options) {
-  std::vector<std::string> fields;
-  bool named = WriteSymbols(table, value, &fields);
-  PutSymbolFields(table, fields, file, options);
+  static thread_local std::string bytes;
+  bytes.clear();
+  bool named = AppendSymbolFields(table, value, options, &bytes);
+  if (File* out = File::FromHandle(file); out != nullptr) out->Write(bytes.data(), bytes.size());
   return named;
 }
 

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -132,6 +133,10 @@ struct KindSchema {
   // from `line` (the reader's text, before parse_line) writes back as that
   // text, so that a put may copy the line (nullptr: never).
   bool (*written_as_read)(const char* line, const void* record) = nullptr;
+  // The bytes write_line writes, appended to `out` without a file: a
+  // rewrite puts every line of its section through it (nullptr: through
+  // write_line and a file in memory).
+  bool (*append_line)(const void* record, std::string* out) = nullptr;
   // Fills the record's owner members from the file's owner (module key,
   // language code, ...) after it was read.
   void (*set_owner)(void* record, const char* name, const char* key) = nullptr;

@@ -452,6 +452,7 @@ bool InnerFieldsTakeRecordFlags(const KindSchema& schema) {
 }
 
 bool AppendRecordLine(const KindSchema& schema, const void* record, std::string* out) {
+  if (schema.append_line != nullptr) return schema.append_line(record, out);
   if (schema.write_line != nullptr) {
     // One file in memory serves every line: a rewrite writes a line for
     // each record of its section.

@@ -152,6 +152,9 @@ KindSchema WithLines(KindSchema s) {
   s.write_line = [](const void* record, QvFile file) {
     return WriteEntryLine(Kind(), record, file);
   };
+  s.append_line = [](const void* record, std::string* out) {
+    return AppendEntryLine(Kind(), record, out);
+  };
   s.takes_line = [](const char* line) {
     std::string name;
     std::string tag;

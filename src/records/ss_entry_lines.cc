@@ -6,7 +6,10 @@
 #include <cstring>
 
 #include "core/copy_text.h"
+#include "core/field_text.h"
 #include "core/report_capture.h"
+#include "core/symbol_table.h"
+#include "platform/file.h"
 #include "quorvex/report.h"
 #include "quorvex/symbols.h"
 #include "quorvex/text.h"
@@ -47,26 +50,31 @@ class FieldReader {
   bool ok_ = true;
 };
 
-// Writes the fields of a line in order; a short write sticks.
+// Puts the fields of a line together in order, as the field writers would
+// write them one after another.
 class FieldWriter {
  public:
-  explicit FieldWriter(QvFile file) : file_(file) {}
-  bool ok() const { return ok_; }
+  explicit FieldWriter(std::string* out) : out_(out) {}
+  bool named() const { return named_; }
   void Text(const char* text, uint32_t options) {
-    // The writer uses its text as scratch; one copy serves every field.
-    static thread_local std::string copy;
-    copy.assign(text);
-    ok_ = WriteField(copy.data(), file_, options) == 1 && ok_;
+    AppendFieldBytes(out_, text, strlen(text), options);
+  }
+  void Text(const std::string& text, uint32_t options) {
+    AppendFieldBytes(out_, text.data(), text.size(), options);
   }
   void Flags(uint32_t word, uint32_t options) {
-    ok_ = WriteFlagString32Field(word, file_, options) == 1 && ok_;
+    const FieldText field = FlagString32FieldText(word, options);
+    AppendFieldBytes(out_, field.text, field.length, field.options);
   }
-  QvFile file() const { return file_; }
-  void Fail() { ok_ = false; }
+  // False when the table has no name for the value: its field is empty.
+  bool Symbols(const SymbolTable& table, uint32_t value, uint32_t options) {
+    return AppendSymbolFields(table, value, options, out_);
+  }
+  void Unnamed() { named_ = false; }
 
  private:
-  QvFile file_;
-  bool ok_ = true;
+  std::string* out_;
+  bool named_ = true;
 };
 
 // The members a settings entry and a created entry share, by name.
@@ -192,29 +200,51 @@ bool ParseCreatedEntry(const EntryKind& kind, FieldReader& in, CSSRRecord* r) {
   return in.ok() && ReadRoot(root, &d.Root);
 }
 
+void AppendDataAsWritten(const EntryKind& kind, const SSRData& data, std::string* text) {
+  if (!HoldsBytes(kind, data.DataType)) {
+    text->append(data.Data, strnlen(data.Data, sizeof data.Data));
+    return;
+  }
+  const bool dword = HoldsDoubleWord(kind, data.DataType);
+  uint16_t count = dword ? 4 : data.DataLength;
+  if (count > sizeof data.Data) count = sizeof data.Data;
+  const size_t start = text->size();
+  text->resize(start + 2u * count + 1);
+  FormatHexBytes(reinterpret_cast<const uint8_t*>(data.Data), count, text->data() + start,
+                 dword ? 1 : 0);
+  text->resize(start + strlen(text->c_str() + start));
+}
+
+void WriteData(FieldWriter& out, const EntryKind& kind, const SSRData& data) {
+  static thread_local std::string text;
+  text.clear();
+  AppendDataAsWritten(kind, data, &text);
+  out.Text(text, 0);
+}
+
 void WriteSettingsEntry(const EntryKind& kind, FieldWriter& out, const SSRRecord* r) {
   const SSRData& d = r->row;
   WriteHead(out, kind, r);
-  out.Text(DataAsWritten(kind, d).c_str(), 0);
+  WriteData(out, kind, d);
   if (kind.shape == EntryShape::kIni) {
     out.Text(d.Section, 0);
     out.Text(d.Key, 0);
     WriteTail(out, r);
     return;
   }
-  WriteRegRootKeyField(d.Root, out.file(), 0);
+  out.Symbols(kRegRootKeyTable, d.Root, 0);
   out.Text(d.KeyPath, 0);
   out.Text(d.ValueName, 0);
   // A type without a name leaves its field empty: the line does not count
   // as written.
-  bool named = kind.shape == EntryShape::kReg
-                   ? WriteRegDataTypeField(static_cast<int>(d.DataType), out.file(), 0) == 1
-                   : WritePSDataTypeField(d.DataType, out.file(), 0) == 1;
+  if (!out.Symbols(kind.shape == EntryShape::kReg ? kRegDataTypeTable : kPSDataTypeTable,
+                   d.DataType, 0)) {
+    out.Unnamed();
+  }
   out.Text(d.AuxText, kOpt);
-  WriteRegAccessField(d.Access, out.file(), kOpt);
-  WriteRegOptionField(static_cast<uint8_t>(d.Options), out.file(), kOpt);
+  out.Symbols(kRegAccessTable, d.Access, kOpt);
+  out.Symbols(kRegOptionTable, static_cast<uint8_t>(d.Options), kOpt);
   WriteTail(out, r);
-  if (!named) out.Fail();
 }
 
 void WriteCreatedEntry(const EntryKind& kind, FieldWriter& out, const CSSRRecord* r) {
@@ -224,7 +254,7 @@ void WriteCreatedEntry(const EntryKind& kind, FieldWriter& out, const CSSRRecord
     out.Text(d.Section, 0);
     out.Text(d.Key, 0);
   } else {
-    WriteRegRootKeyField(d.Root, out.file(), 0);
+    out.Symbols(kRegRootKeyTable, d.Root, 0);
     out.Text(d.KeyPath, 0);
     out.Text(d.AuxText, kOpt);
   }
@@ -315,14 +345,24 @@ bool ParseEntryLine(const EntryKind& kind, char* line, void* record) {
   return ParseSettingsEntry(kind, in, r);
 }
 
-bool WriteEntryLine(const EntryKind& kind, const void* record, QvFile file) {
-  FieldWriter out(file);
+bool AppendEntryLine(const EntryKind& kind, const void* record, std::string* out) {
+  FieldWriter line(out);
   if (kind.created) {
-    WriteCreatedEntry(kind, out, static_cast<const CSSRRecord*>(record));
+    WriteCreatedEntry(kind, line, static_cast<const CSSRRecord*>(record));
   } else {
-    WriteSettingsEntry(kind, out, static_cast<const SSRRecord*>(record));
+    WriteSettingsEntry(kind, line, static_cast<const SSRRecord*>(record));
   }
-  return out.ok();
+  return line.named();
+}
+
+bool WriteEntryLine(const EntryKind& kind, const void* record, QvFile file) {
+  // The line goes out in one write: a short one still stops it where the
+  // disk gave out, as a write per field would have.
+  static thread_local std::string line;
+  line.clear();
+  const bool named = AppendEntryLine(kind, record, &line);
+  File* out = File::FromHandle(file);
+  return out != nullptr && out->Write(line.data(), line.size()) == line.size() && named;
 }
 
 bool HoldsDoubleWord(const EntryKind& kind, uint32_t data_type) {
@@ -341,15 +381,8 @@ bool HoldsBytes(const EntryKind& kind, uint32_t data_type) {
 }
 
 std::string DataAsWritten(const EntryKind& kind, const SSRData& data) {
-  if (!HoldsBytes(kind, data.DataType)) {
-    return std::string(data.Data, strnlen(data.Data, sizeof data.Data));
-  }
-  const bool dword = HoldsDoubleWord(kind, data.DataType);
-  uint16_t count = dword ? 4 : data.DataLength;
-  if (count > sizeof data.Data) count = sizeof data.Data;
-  std::string text(2u * count + 1, '\0');
-  FormatHexBytes(reinterpret_cast<const uint8_t*>(data.Data), count, text.data(), dword ? 1 : 0);
-  text.resize(strlen(text.c_str()));
+  std::string text;
+  AppendDataAsWritten(kind, data, &text);
   return text;
 }
 

@@ -39,7 +39,10 @@ bool ReadNameAndTag(const char* line, std::string* name, std::string* tag);
 // false when the tag is not the kind's or a field does not read (reported).
 // A DWORD of the wrong length and a bad hex pair are reported and kept.
 bool ParseEntryLine(const EntryKind& kind, char* line, void* record);
-// The record as one line; false on a short write.
+// The record as one line, appended; false when its type has no name (the
+// field is left empty).
+bool AppendEntryLine(const EntryKind& kind, const void* record, std::string* out);
+// The same line written in one write; false also on a short write.
 bool WriteEntryLine(const EntryKind& kind, const void* record, QvFile file);
 
 // Whether a type keeps its value as bytes, and whether as a double word.
