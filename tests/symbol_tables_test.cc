@@ -72,6 +72,30 @@ TEST_F(SymbolTablesTest, UnknownRootKeyNameReadsZeroWithTheLine) {
                                                       One("Unsupported REG Root Key")[0]}));
 }
 
+// A settings section reads the same texts on every line: a text read a
+// second time names the same value, ORed into what the value held for a
+// table of several names; a text with an unknown name reports each time and
+// leaves the names before it in the value.
+TEST_F(SymbolTablesTest, AReadTextNamesTheSameValueEveryTime) {
+  for (int round = 0; round < 2; ++round) {
+    SCOPED_TRACE(round);
+    EXPECT_EQ(ParseRegRootKey("HKEY_USERS"), 0x80000003u);
+    EXPECT_EQ(ParseRegRootKey("hkey_users"), 0x80000003u);
+    uint32_t access = 0x40000000u;
+    EXPECT_EQ(ParseRegAccess("KEY_NOTIFY, KEY_SET_VALUE", &access), 1);
+    EXPECT_EQ(access, 0x40000012u);
+    access = 0;
+    EXPECT_EQ(ParseRegAccess("KEY_NOTIFY KEY_NOPE KEY_SET_VALUE", &access), 0);
+    EXPECT_EQ(access, 0x10u);
+    EXPECT_EQ(ParseRegRootKey("HKEY_NOPE"), 0u);
+  }
+  ASSERT_EQ(host_.errors().size(), 4u);
+  EXPECT_EQ(host_.errors()[1], One("Unsupported REG Root Key")[0]);
+  EXPECT_NE(host_.errors()[0].find("KEY_NOPE"), std::string::npos) << host_.errors()[0];
+  EXPECT_EQ(host_.errors()[2], host_.errors()[0]);
+  EXPECT_EQ(host_.errors()[3], host_.errors()[1]);
+}
+
 TEST_F(SymbolTablesTest, UnknownRootKeyValueFormatsAsEmptyText) {
   char text[32];
   memset(text, '#', sizeof text);

@@ -54,10 +54,8 @@ void ForEachHeldRule(const SymbolTable& table, uint32_t value, Write write) {
   for (const Symbol& symbol : table.symbols) consider(SymbolWriteRule{symbol.name, symbol.value});
 }
 
-}  // namespace
-
-bool ReadSymbols(const SymbolTable& table, const char* text, uint32_t* value) {
-  if (text == nullptr) text = "";
+// ReadSymbols without the texts kept.
+bool ReadNames(const SymbolTable& table, const char* text, uint32_t* value) {
   if (table.reading == SymbolReading::kOneName) {
     const Symbol* symbol = FindName(table, text);
     *value = symbol != nullptr ? symbol->value : 0;
@@ -78,6 +76,38 @@ bool ReadSymbols(const SymbolTable& table, const char* text, uint32_t* value) {
     }
     *value |= symbol->value;
   }
+}
+
+}  // namespace
+
+bool ReadSymbols(const SymbolTable& table, const char* text, uint32_t* value) {
+  if (text == nullptr) text = "";
+  // Every line of a settings section names its root, type, access and
+  // options, mostly with the same few texts: a text that read without a
+  // report is kept with the value it names.
+  constexpr size_t kMostKept = 4096;
+  constexpr size_t kLongestKept = 256;
+  static thread_local std::unordered_map<const SymbolTable*,
+                                         std::unordered_map<std::string, uint32_t>>
+      kept;
+  static thread_local std::string key;
+  std::unordered_map<std::string, uint32_t>& texts = kept[&table];
+  key.assign(text);
+  uint32_t named = 0;
+  bool read = true;
+  if (auto found = texts.find(key); found != texts.end()) {
+    named = found->second;
+  } else {
+    // An unknown name leaves what came before it in the value.
+    read = ReadNames(table, text, &named);
+    if (read && texts.size() < kMostKept && key.size() <= kLongestKept) texts.emplace(key, named);
+  }
+  if (table.reading == SymbolReading::kOneName) {
+    *value = named;
+  } else {
+    *value |= named;
+  }
+  return read;
 }
 
 bool WriteSymbols(const SymbolTable& table, uint32_t value, std::vector<std::string>* fields) {

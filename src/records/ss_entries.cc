@@ -3,10 +3,10 @@
 // "Created System-Settings", described once each and served by EntryFamily.
 #include <strings.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
+#include "core/copy_text.h"
 #include "quorvex/settings.h"
 #include "records/kind_api.h"
 #include "records/record_codec.h"
@@ -20,8 +20,8 @@ namespace {
 // Both bodies start with the module's key, filled from the file.
 void SetModuleOf(void* record, const char* name, const char* key) {
   auto* body = static_cast<SSRData*>(record);
-  snprintf(body->ModuleName, sizeof body->ModuleName, "%s", name != nullptr ? name : "");
-  snprintf(body->ModuleKey2, sizeof body->ModuleKey2, "%s", key != nullptr ? key : "");
+  CopyCut(body->ModuleName, name);
+  CopyCut(body->ModuleKey2, key);
 }
 
 template <class Record>

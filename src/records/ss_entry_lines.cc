@@ -83,7 +83,8 @@ void ReadHead(FieldReader& in, const EntryKind& kind, Record* r) {
   if (kind.shape == EntryShape::kIni && !kind.created) {
     // An INI entry's created-file name reads up to 2048 characters; it is
     // still kept as a 40-character key part.
-    char wide[2049] = "";
+    char wide[2049];
+    wide[0] = '\0';
     in.Text(wide, kOpt);
     CopyCut(r->row.CFKey1, wide);
   } else {
@@ -143,7 +144,9 @@ bool ParseSettingsEntry(const EntryKind& kind, FieldReader& in, SSRRecord* r) {
     d.EntryFlags &= ~1u;
     d.DataLength = 0;
   }
-  char data[3000] = "";
+  // Only the first byte is cleared: a line of every entry passes through.
+  char data[3000];
+  data[0] = '\0';
   in.Text(data, kind.shape == EntryShape::kIni ? 2049 : 3000, 0);
   if (kind.shape == EntryShape::kIni) {
     in.Text(d.Section, 0);
@@ -427,28 +430,38 @@ std::string DataLineProblem(const EntryKind& kind, const SSRData& data) {
   return "";
 }
 
-bool SetDataFromText(const EntryKind& kind, SSRData* data, const std::string& text) {
+bool SetDataFromText(const EntryKind& kind, SSRData* data, char* text) {
   memset(data->Data, 0, sizeof data->Data);
   data->DataLength = 0;
   if (!HoldsBytes(kind, data->DataType)) {
-    CopyCut(data->Data, text.c_str());
+    CopyCut(data->Data, text);
     return true;
   }
   // Two digits a byte: a text a line can hold fits Data.
-  if (text.size() >= sizeof data->Data) {
+  if (strlen(text) >= sizeof data->Data) {
     ReportError("Data is longer than 2999 characters.", 0);
     return false;
   }
-  std::string scratch = text;
   const bool dword = HoldsDoubleWord(kind, data->DataType);
-  bool read = ParseHexBytes(reinterpret_cast<uint8_t*>(data->Data), scratch.data(),
-                            &data->DataLength, dword ? 1 : 0) == 1;
+  bool read = ParseHexBytes(reinterpret_cast<uint8_t*>(data->Data), text, &data->DataLength,
+                            dword ? 1 : 0) == 1;
   if (dword && data->DataLength != 4) {
     ReportParseProblem(kind.shape == EntryShape::kReg
                            ? "REG DWORD entry must consist of exactly four pairs of hex digits"
                            : "PS DWORD entry must consist of exactly four pairs of hex digits");
   }
   return read;
+}
+
+bool SetDataFromText(const EntryKind& kind, SSRData* data, const std::string& text) {
+  if (HoldsBytes(kind, data->DataType) && text.size() >= sizeof data->Data) {
+    memset(data->Data, 0, sizeof data->Data);
+    data->DataLength = 0;
+    ReportError("Data is longer than 2999 characters.", 0);
+    return false;
+  }
+  std::string scratch = text;
+  return SetDataFromText(kind, data, scratch.data());
 }
 
 }  // namespace qv

@@ -61,7 +61,10 @@ std::string DataAsRegistryValue(const EntryKind& kind, const SSRData& data);
 // with a control character or a closing caret, or longer than the field.
 std::string DataLineProblem(const EntryKind& kind, const SSRData& data);
 // Sets Data and DataLength from the text a line would hold, as a read does;
-// false (reported) for hex pairs that do not read.
+// false (reported) for hex pairs that do not read. The text is scratch: the
+// reading of hex pairs takes its commas out.
+bool SetDataFromText(const EntryKind& kind, SSRData* data, char* text);
+// The same for a text that may hold a NUL: its whole length counts.
 bool SetDataFromText(const EntryKind& kind, SSRData* data, const std::string& text);
 
 }  // namespace qv
