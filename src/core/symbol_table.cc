@@ -149,7 +149,8 @@ bool WriteSymbols(const SymbolTable& table, uint32_t value, std::vector<std::str
 
 namespace {
 
-// The bytes of a value's fields, as PutSymbolFields would write them.
+// The bytes of a value's fields, as WriteField writes them one after
+// another.
 void AppendFields(const SymbolTable& table, const std::vector<std::string>& fields,
                   uint32_t options, std::string* out) {
   if (table.force_quotes) options &= ~FO_UNQUOTED;

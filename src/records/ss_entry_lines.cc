@@ -430,7 +430,10 @@ std::string DataLineProblem(const EntryKind& kind, const SSRData& data) {
   return "";
 }
 
-bool SetDataFromText(const EntryKind& kind, SSRData* data, char* text) {
+namespace {
+
+// `length` counts a NUL inside the text: a longer text is refused whole.
+bool SetData(const EntryKind& kind, SSRData* data, char* text, size_t length) {
   memset(data->Data, 0, sizeof data->Data);
   data->DataLength = 0;
   if (!HoldsBytes(kind, data->DataType)) {
@@ -438,7 +441,7 @@ bool SetDataFromText(const EntryKind& kind, SSRData* data, char* text) {
     return true;
   }
   // Two digits a byte: a text a line can hold fits Data.
-  if (strlen(text) >= sizeof data->Data) {
+  if (length >= sizeof data->Data) {
     ReportError("Data is longer than 2999 characters.", 0);
     return false;
   }
@@ -453,15 +456,15 @@ bool SetDataFromText(const EntryKind& kind, SSRData* data, char* text) {
   return read;
 }
 
+}  // namespace
+
+bool SetDataFromText(const EntryKind& kind, SSRData* data, char* text) {
+  return SetData(kind, data, text, strlen(text));
+}
+
 bool SetDataFromText(const EntryKind& kind, SSRData* data, const std::string& text) {
-  if (HoldsBytes(kind, data->DataType) && text.size() >= sizeof data->Data) {
-    memset(data->Data, 0, sizeof data->Data);
-    data->DataLength = 0;
-    ReportError("Data is longer than 2999 characters.", 0);
-    return false;
-  }
   std::string scratch = text;
-  return SetDataFromText(kind, data, scratch.data());
+  return SetData(kind, data, scratch.data(), text.size());
 }
 
 }  // namespace qv
