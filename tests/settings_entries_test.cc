@@ -585,7 +585,7 @@ TEST_F(SettingsEntriesTest, AnEntryLineGoesOutInOneWriteAndAFullDiskStopsIt) {
     qv::File* file = qv::File::Open(path, qv::OpenMode::kCreateAlways);
     ASSERT_NE(file, nullptr);
     qv::SetWriteBudget(static_cast<int64_t>(budget));
-    const bool written = qv::WriteEntryLine(qv::ReEntry(), r, file->handle());
+    const bool written = qv::WriteRecordLine(qv::ReFamily().schema(), r, file->handle());
     qv::SetWriteBudget(-1);
     delete file;
     EXPECT_EQ(written, budget == line.size());

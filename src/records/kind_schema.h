@@ -125,7 +125,9 @@ struct KindSchema {
   // What a kind does differently, where it does (nullptr: the generic way).
   // A line that is not comma-separated fields (key=value lines, ...).
   bool (*parse_line)(char* line, void* record) = nullptr;
-  bool (*write_line)(const void* record, QvFile file) = nullptr;
+  // The record's line, appended to `out`: false when a value has no name
+  // to write (its field is left empty). The rewrite sends it in one write.
+  bool (*append_line)(const void* record, std::string* out) = nullptr;
   // Checks and normalisation after a line was read (the parse position is
   // still that of the line, for warnings with file and line).
   void (*after_read)(void* record) = nullptr;
@@ -133,10 +135,6 @@ struct KindSchema {
   // from `line` (the reader's text, before parse_line) writes back as that
   // text, so that a put may copy the line (nullptr: never).
   bool (*written_as_read)(const char* line, const void* record) = nullptr;
-  // The bytes write_line writes, appended to `out` without a file: a
-  // rewrite puts every line of its section through it (nullptr: through
-  // write_line and a file in memory).
-  bool (*append_line)(const void* record, std::string* out) = nullptr;
   // Fills the record's owner members from the file's owner (module key,
   // language code, ...) after it was read.
   void (*set_owner)(void* record, const char* name, const char* key) = nullptr;

@@ -139,7 +139,7 @@ std::string LineCapacityProblem(const KindSchema& schema, const void* record) {
   // Write the line, a field at a time, so that a value the writer cannot
   // name is pinned to its member.
   if (custom) {
-    if (!schema.write_line(record, file) && !members.empty())
+    if (!WriteRecordLine(schema, record, file) && !members.empty())
       return NotAsGiven(*members[0], nullptr);
   } else {
     // The same options as the rewrite itself, so that what it would write

@@ -360,7 +360,7 @@ bool ParseFields(const KindSchema& schema, char* line, void* record, bool* as_wr
 bool LinesCanBeCopied(const KindSchema& schema) {
   // A line of its own format: the kind tells line by line.
   if (schema.written_as_read != nullptr) return schema.after_read == nullptr;
-  if (schema.parse_line != nullptr || schema.write_line != nullptr ||
+  if (schema.parse_line != nullptr || schema.append_line != nullptr ||
       schema.after_read != nullptr || schema.line.empty()) {
     return false;
   }
@@ -453,15 +453,6 @@ bool InnerFieldsTakeRecordFlags(const KindSchema& schema) {
 
 bool AppendRecordLine(const KindSchema& schema, const void* record, std::string* out) {
   if (schema.append_line != nullptr) return schema.append_line(record, out);
-  if (schema.write_line != nullptr) {
-    // One file in memory serves every line: a rewrite writes a line for
-    // each record of its section.
-    static thread_local std::unique_ptr<File> memory(File::OpenInMemory());
-    memory->ClearMemory();
-    bool written = schema.write_line(record, memory->handle());
-    out->append(memory->memory());
-    return written;
-  }
   // Room for every field at once, each written in place; a text's length
   // is counted once, for its room and its writing.
   const size_t fields = schema.line.size();
@@ -486,7 +477,6 @@ bool AppendRecordLine(const KindSchema& schema, const void* record, std::string*
 }
 
 bool WriteRecordLine(const KindSchema& schema, const void* record, QvFile file) {
-  if (schema.write_line != nullptr) return schema.write_line(record, file);
   File* out = File::FromHandle(file);
   if (out == nullptr) return false;
   // The line is put together first and goes out in one write: a rewrite

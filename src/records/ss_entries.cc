@@ -149,9 +149,6 @@ KindSchema CreatedSchema(const EntryKind& kind) {
 template <const EntryKind& (*Kind)()>
 KindSchema WithLines(KindSchema s) {
   s.parse_line = [](char* line, void* record) { return ParseEntryLine(Kind(), line, record); };
-  s.write_line = [](const void* record, QvFile file) {
-    return WriteEntryLine(Kind(), record, file);
-  };
   s.append_line = [](const void* record, std::string* out) {
     return AppendEntryLine(Kind(), record, out);
   };

@@ -9,7 +9,6 @@
 #include "core/field_text.h"
 #include "core/report_capture.h"
 #include "core/symbol_table.h"
-#include "platform/file.h"
 #include "quorvex/report.h"
 #include "quorvex/symbols.h"
 #include "quorvex/text.h"
@@ -356,16 +355,6 @@ bool AppendEntryLine(const EntryKind& kind, const void* record, std::string* out
     WriteSettingsEntry(kind, line, static_cast<const SSRRecord*>(record));
   }
   return line.named();
-}
-
-bool WriteEntryLine(const EntryKind& kind, const void* record, QvFile file) {
-  // The line goes out in one write: a short one still stops it where the
-  // disk gave out, as a write per field would have.
-  static thread_local std::string line;
-  line.clear();
-  const bool named = AppendEntryLine(kind, record, &line);
-  File* out = File::FromHandle(file);
-  return out != nullptr && out->Write(line.data(), line.size()) == line.size() && named;
 }
 
 bool HoldsDoubleWord(const EntryKind& kind, uint32_t data_type) {

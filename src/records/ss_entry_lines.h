@@ -42,8 +42,6 @@ bool ParseEntryLine(const EntryKind& kind, char* line, void* record);
 // The record as one line, appended; false when its type has no name (the
 // field is left empty).
 bool AppendEntryLine(const EntryKind& kind, const void* record, std::string* out);
-// The same line written in one write; false also on a short write.
-bool WriteEntryLine(const EntryKind& kind, const void* record, QvFile file);
 
 // Whether a type keeps its value as bytes, and whether as a double word.
 bool HoldsBytes(const EntryKind& kind, uint32_t data_type);

@@ -85,6 +85,14 @@ void GiveName(void* record, int32_t* counter) {
   ++*counter;
 }
 
+// The first number a name given now may carry: above the section's names
+// and above those given out before in this open.
+int32_t FirstNumberToGive(const std::vector<std::string>& old_names,
+                          const std::vector<std::string>& list_names, int32_t given) {
+  const int32_t counter = NextGeneratedNumber(old_names, list_names);
+  return counter < given ? given : counter;
+}
+
 using RecordCopy = std::unique_ptr<void, void (*)(void*)>;
 
 // The new section of a streamed put as it is put together: the other
@@ -122,8 +130,7 @@ struct EntrySection {
   // section (and from those given out before), and puts the kind's half
   // in its final form. Returns the counter after the last name given.
   int32_t NameAndJoin(const KindSchema& schema, int32_t given) {
-    int32_t counter = NextGeneratedNumber(old_generated, list_generated);
-    if (counter < given) counter = given;
+    int32_t counter = FirstNumberToGive(old_generated, list_generated, given);
     if (unnamed.empty()) return counter;
     std::string joined;
     joined.reserve(ours.size() + unnamed.size() * QV_LINE_SIZE);
@@ -261,13 +268,12 @@ bool WriteEntrySection(const EntryKind& kind, const KindSchema& schema, const Ow
   while (ReadRecordLine(input, line, &flags, COMMENT_MODE_RECORDS) == 1) {
     TakeOldLine(kind, line, flags, &kept, &old_names);
   }
-  File::FromHandle(rewrite.output())->Write(kept.data(), kept.size());
+  rewrite.WriteBlock(kept);
 
   std::vector<std::string> list_names;
   GenericList::ForEach(list, [&](void* record) { list_names.push_back(NameOf(record)); });
-  int32_t counter = NextGeneratedNumber(old_names, list_names);
   int32_t& given = GivenOut(path, kind.section);
-  if (counter < given) counter = given;
+  int32_t counter = FirstNumberToGive(old_names, list_names, given);
   GenericList::ForEach(list, [&](void* record) {
     if (TypeOf(record) != kind.type) return;
     if (NameOf(record)[0] == '\0') GiveName(record, &counter);

@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "core/copy_text.h"
+#include "core/field_text.h"
 #include "quorvex/report.h"
 #include "quorvex/resources.h"
 #include "quorvex/text.h"
@@ -56,12 +58,13 @@ bool ParseMessageLine(char* line, void* record) {
   return true;
 }
 
-bool WriteMessageLine(const void* record, QvFile file) {
+bool AppendMessageLine(const void* record, std::string* out) {
   const auto* message = static_cast<const StringRecord*>(record);
   char line[QV_LINE_SIZE];
   snprintf(line, sizeof line, "%s=%s", message->MessageKey, message->MessageText);
   uint32_t options = (message->recordFlags & FO_IAO) | FO_UNQUOTED | FO_VERBATIM | FO_END_RECORD;
-  return WriteField(line, file, options) == 1;
+  AppendFieldBytes(out, line, strlen(line), options);
+  return true;
 }
 
 // The writer puts out the key, "=" and the text: a line that was split at
@@ -106,7 +109,7 @@ KindSchema MakeMessageSchema(const char* code, const char* label) {
       "%s cannot be found or opened!",
   };
   schema.parse_line = &ParseMessageLine;
-  schema.write_line = &WriteMessageLine;
+  schema.append_line = &AppendMessageLine;
   schema.written_as_read = &MessageWrittenAsRead;
   schema.set_owner = &SetLanguage;
   schema.custom_line_members = {"MessageKey", "MessageText"};
