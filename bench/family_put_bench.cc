@@ -56,7 +56,7 @@ struct FamilyCase {
 // Resource texts are changed in memory and written when the profile
 // closes; the put's cost is the change and that write.
 bool WriteUsResources() {
-  return qv::WriteHeldResourceList("US");
+  return qv::WriteHeldResources("US");
 }
 
 const std::vector<FamilyCase>& Cases() {

@@ -1,12 +1,17 @@
 // The open resource files: texts changed one at a time are held per
 // language and written back when the profile closes; a missing resource
 // file is created on request and added to version control.
+#include "records/resource_files.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -14,6 +19,8 @@
 #include "platform/write_faults.h"
 #include "quorvex/quorvex.h"
 #include "records/language_file.h"
+#include "records/record_codec.h"
+#include "records/resource_family.h"
 #include "support/fake_ss.h"
 #include "support/list_view.h"
 #include "support/profiles.h"
@@ -348,6 +355,205 @@ TEST_F(ResourceFilesTest, ACreationThatFailsOnceIsOfferedAgainAndThenSucceeds) {
 }
 
 // ---------------------------------------------------------------- version control
+
+// ---------------------------------------------------------------- held texts
+
+// What a language's held texts must behave as: a list of the texts in file
+// order, searched from the top by exact name.
+struct TextList {
+  std::vector<ResourceRecord> texts;
+
+  const ResourceRecord* Find(const std::string& name) const {
+    for (const ResourceRecord& text : texts) {
+      if (name == text.ResourceName) return &text;
+    }
+    return nullptr;
+  }
+  void Put(ResourceRecord record) {
+    snprintf(record.LanguageCode, sizeof record.LanguageCode, "US");
+    for (ResourceRecord& text : texts) {
+      if (strcmp(text.ResourceName, record.ResourceName) == 0) {
+        record.lineNumber = text.lineNumber;
+        text = record;
+        return;
+      }
+    }
+    texts.push_back(record);
+  }
+  bool Remove(const std::string& name) {
+    return std::erase_if(texts,
+                         [&](const ResourceRecord& text) { return name == text.ResourceName; }) > 0;
+  }
+  std::string Lines() const {
+    std::string lines;
+    for (const ResourceRecord& text : texts)
+      qv::AppendRecordLine(qv::ResourceSchema(), &text, &lines);
+    return lines;
+  }
+};
+
+std::vector<ResourceRecord> HeldTexts(const char* language) {
+  ResourceList* list = nullptr;
+  EXPECT_EQ(MPGetResourceCompleteList(language, &list), 1);
+  ListPtr holder(list);
+  std::vector<ResourceRecord> texts;
+  for (const ResourceRecord* text : qvtest::RecordsOf<ResourceRecord>(list)) texts.push_back(*text);
+  return texts;
+}
+
+void ExpectSameText(const ResourceRecord& held, const ResourceRecord& expected) {
+  EXPECT_STREQ(held.LanguageCode, expected.LanguageCode);
+  EXPECT_STREQ(held.ResourceName, expected.ResourceName);
+  EXPECT_STREQ(held.Text, expected.Text);
+  EXPECT_EQ(held.ResourceNumber, expected.ResourceNumber);
+  EXPECT_STREQ(held.Note, expected.Note);
+  EXPECT_EQ(held.lineNumber, expected.lineNumber);
+}
+
+// The held texts read as the model, and each name finds the model's first.
+void ExpectHeldAsModel(const TextList& model, const std::vector<std::string>& names) {
+  std::vector<ResourceRecord> held = HeldTexts("US");
+  ASSERT_EQ(held.size(), model.texts.size());
+  for (size_t i = 0; i < held.size(); ++i) ExpectSameText(held[i], model.texts[i]);
+  for (const std::string& name : names) {
+    ResourceRecord* found = nullptr;
+    const ResourceRecord* expected = model.Find(name);
+    ASSERT_EQ(MPGetResource("US", name.c_str(), &found), expected != nullptr ? 1 : 0) << name;
+    RecordPtr holder(found);
+    if (expected != nullptr) ExpectSameText(*found, *expected);
+  }
+}
+
+// The generated name that follows name: its last eleven digits, plus one.
+std::string NameAfter(const std::string& name) {
+  std::string next = name;
+  for (size_t i = next.size(); i-- > next.size() - 11;) {
+    if (next[i] != '9') {
+      ++next[i];
+      break;
+    }
+    next[i] = '0';
+  }
+  return next;
+}
+
+constexpr char kUnevenTexts[] =
+    "  \"IDS_DUP\" , \"first\" , 1\n"
+    "\"\",\"nameless\",2,\r\n"
+    "\"IDS_ONE\",\"one\",3,\"a note\"\r\n"
+    "\"IDS_DUP\",\"second\",4,\r\n"
+    "\"\",\"nameless too\",,\r\n"
+    "\"IDS_TWO\",\"two\",,\r\n"
+    "\"IDS_DUP\",\"third\",6,\r\n";
+
+TEST_F(ResourceFilesTest, HeldTextsAreWhatAListOfThemInFileOrderWouldBe) {
+  WriteFileBytes(FileOf("US"), std::string(kHead) + kUnevenTexts + kTail);
+  OpenLocked();
+  TextList model;
+  model.texts = HeldTexts("US");
+  ASSERT_EQ(model.texts.size(), 7u);
+  // The names the engine gives join these as they are given.
+  std::vector<std::string> names = {"IDS_DUP", "IDS_ONE",  "IDS_TWO",
+                                    "IDS_NEW", "IDS_MORE", "IDS_LAST"};
+  std::mt19937 random(20261124);
+  auto pick = [&](size_t n) { return static_cast<size_t>(random() % n); };
+  int writes = 0;
+  for (int step = 0; step < 600; ++step) {
+    SCOPED_TRACE(step);
+    const size_t what = pick(20);
+    if (what < 8) {
+      // One text, named or to be named.
+      const bool unnamed = pick(6) == 0;
+      std::string text = "text " + std::to_string(step);
+      RecordPtr put = NewText("US", unnamed ? "" : names[pick(names.size())].c_str(), text.c_str(),
+                              static_cast<int32_t>(pick(4)));
+      if (pick(3) == 0) snprintf(put->Note, sizeof put->Note, "note %d", step);
+      ASSERT_EQ(MPPutResource(put.get()), 1);
+      if (unnamed) names.push_back(put->ResourceName);
+      model.Put(*put);
+    } else if (what < 12) {
+      const std::string& name = names[pick(names.size())];
+      EXPECT_EQ(MPDeleteResource("US", name.c_str()), model.Remove(name) ? 1 : 0);
+    } else if (what < 14) {
+      // A complete list: its texts are put one by one, then the file is
+      // written.
+      ResourceList* list = nullptr;
+      MPNewResourceList(&list);
+      ListPtr holder(list);
+      const size_t count = 1 + pick(3);
+      for (size_t i = 0; i < count; ++i) {
+        const bool unnamed = pick(4) == 0;
+        MPAppendResource(list, NewText("US", unnamed ? "" : names[pick(names.size())].c_str(),
+                                       "listed", static_cast<int32_t>(i))
+                                   .release());
+      }
+      ASSERT_EQ(MPPutResourceCompleteList(list), 1);
+      for (const ResourceRecord* text : qvtest::RecordsOf<ResourceRecord>(list)) {
+        if (std::find(names.begin(), names.end(), text->ResourceName) == names.end()) {
+          names.push_back(text->ResourceName);
+        }
+        model.Put(*text);
+      }
+    } else if (what < 16) {
+      ASSERT_TRUE(qv::WriteHeldResources("US"));
+    } else {
+      ExpectHeldAsModel(model, names);
+      continue;
+    }
+    if (what >= 12 && what < 16) {
+      // A write names the nameless texts in order, each after the last.
+      ++writes;
+      std::vector<ResourceRecord> held = HeldTexts("US");
+      ASSERT_EQ(held.size(), model.texts.size());
+      std::string last;
+      for (size_t i = 0; i < held.size(); ++i) {
+        if (model.texts[i].ResourceName[0] != '\0') continue;
+        const std::string given = held[i].ResourceName;
+        EXPECT_EQ(given.rfind("MP_GEN_", 0), 0u) << given;
+        EXPECT_GT(given, last);
+        last = given;
+        snprintf(model.texts[i].ResourceName, sizeof model.texts[i].ResourceName, "%s",
+                 given.c_str());
+        names.push_back(given);
+      }
+      EXPECT_EQ(Texts("US"), std::string(kHead) + model.Lines() + kTail);
+    }
+    ExpectHeldAsModel(model, names);
+  }
+  EXPECT_GT(writes, 30);
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_TRUE(Errors().empty());
+}
+
+TEST_F(ResourceFilesTest, ANameAWriteGivesThatWasAlsoPutByHandFindsTheEarlierText) {
+  WriteFileBytes(FileOf("US"), std::string(kHeader) + "\"\",\"nameless\",1,\r\n" + kWelcome);
+  OpenLocked();
+  RecordPtr generated = NewText("US", "", "generated");
+  ASSERT_EQ(MPPutResource(generated.get()), 1);
+  const std::string first = generated->ResourceName;
+  const std::string next = NameAfter(first);
+  RecordPtr by_hand = NewText("US", next.c_str(), "by hand");
+  ASSERT_EQ(MPPutResource(by_hand.get()), 1);
+  // The nameless text, before both, is given the name put by hand.
+  ASSERT_TRUE(qv::WriteHeldResources("US"));
+  std::vector<ResourceRecord> held = HeldTexts("US");
+  ASSERT_EQ(held.size(), 4u);
+  EXPECT_EQ(std::vector<std::string>({held[0].ResourceName, held[1].ResourceName,
+                                      held[2].ResourceName, held[3].ResourceName}),
+            std::vector<std::string>({next, "IDS_WELCOME", first, next}));
+  ResourceRecord* found = nullptr;
+  ASSERT_EQ(MPGetResource("US", next.c_str(), &found), 1);
+  EXPECT_STREQ(RecordPtr(found)->Text, "nameless");
+  RecordPtr replaced = NewText("US", next.c_str(), "replaced");
+  ASSERT_EQ(MPPutResource(replaced.get()), 1);
+  held = HeldTexts("US");
+  ASSERT_EQ(held.size(), 4u);
+  EXPECT_STREQ(held[0].Text, "replaced");
+  EXPECT_STREQ(held[3].Text, "by hand");
+  EXPECT_EQ(MPDeleteResource("US", next.c_str()), 1);
+  ASSERT_EQ(CloseMasterProfile(), 1);
+  EXPECT_EQ(Texts("US"), std::string(kHeader) + kWelcome + "\"" + first + "\",\"generated\",,\r\n");
+}
 
 class ResourceFilesVcsTest : public ResourceFilesTest {
  protected:

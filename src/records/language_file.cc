@@ -126,20 +126,34 @@ bool SettleLanguageFile(const char* path, bool written) {
   return true;
 }
 
+// Rewrites the kind's section with what write_section writes into it.
+bool RewriteLanguageSection(const LanguageFileKind& kind, QvFile file, const char* path,
+                            const std::function<void(SectionRewrite&)>& write_section) {
+  SectionRewrite rewrite;
+  bool written = rewrite.Begin(file, path, kind.schema->kind->section);
+  if (written) {
+    write_section(rewrite);
+    written = rewrite.Finish();
+  }
+  return SettleLanguageFile(path, written);
+}
+
 }  // namespace
 
 bool WriteLanguageSection(const LanguageFileKind& kind, QvFile file, const char* path,
                           RecordList* list) {
-  SectionRewrite rewrite;
-  bool written = rewrite.Begin(file, path, kind.schema->kind->section);
-  if (written) {
+  return RewriteLanguageSection(kind, file, path, [&](SectionRewrite& rewrite) {
     GenericList::ForEach(list, [&](void* record) {
       // A short write leaves a broken line; the rest is still written.
       WriteRecordLine(*kind.schema, record, rewrite.output());
     });
-    written = rewrite.Finish();
-  }
-  return SettleLanguageFile(path, written);
+  });
+}
+
+bool WriteLanguageSectionLines(const LanguageFileKind& kind, QvFile file, const char* path,
+                               const std::string& lines) {
+  return RewriteLanguageSection(kind, file, path,
+                                [&](SectionRewrite& rewrite) { rewrite.WriteBlock(lines); });
 }
 
 bool PutLanguageRecord(const LanguageFileKind& kind, QvFile file, const char* path,

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "quorvex/base.h"
 #include "quorvex/list.h"
@@ -52,6 +53,11 @@ bool ReadLanguageSection(const KindSchema& schema, QvFile file, const char* lang
 // reporting.
 bool WriteLanguageSection(const LanguageFileKind& kind, QvFile file, const char* path,
                           RecordList* list);
+
+// As WriteLanguageSection, with the section's lines put together already
+// (they must stay as they are until it returns).
+bool WriteLanguageSectionLines(const LanguageFileKind& kind, QvFile file, const char* path,
+                               const std::string& lines);
 
 // As WriteLanguageSection, for a put of one record that streams the
 // section instead of reading it into a list (see PutIntoOpenSection): the

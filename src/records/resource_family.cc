@@ -92,18 +92,6 @@ bool ReadOrvikResources(const char* language, RecordList** list_out) {
   return true;
 }
 
-// A copy of every record of a list, in order.
-RecordList* CopyList(RecordList* list) {
-  RecordList* copy = nullptr;
-  ResourceListOps::New(&copy);
-  if (copy == nullptr) return nullptr;
-  ResourceListOps::ForEach(list, [&](ResourceRecord* record) {
-    ResourceRecord* twin = nullptr;
-    if (MPCopyResource(&twin, record)) ResourceListOps::Append(copy, twin);
-  });
-  return copy;
-}
-
 // The next record of the cursor walk named exactly name (case counts, an
 // empty name too), or nullptr at the end.
 ResourceRecord* NextNamed(RecordList* list, const char* name) {
@@ -113,22 +101,14 @@ ResourceRecord* NextNamed(RecordList* list, const char* name) {
   return nullptr;
 }
 
-// Puts a copy of source in the held list of its language: in place of the
-// stored text with its name, or at the end. The copy keeps the stored
-// record's line and belongs to the file's language.
-void PutCopy(RecordList* held, const char* language, const ResourceRecord* source) {
+// Puts a copy of source, which has a name, among the held texts of its
+// language: in place of the stored text with its name, or at the end. The
+// copy keeps the stored record's line and belongs to the file's language.
+void PutCopy(HeldResources* held, const char* language, const ResourceRecord* source) {
   ResourceRecord* copy = nullptr;
   if (!MPCopyResource(&copy, source)) return;
-  snprintf(copy->LanguageCode, sizeof copy->LanguageCode, "%s", language);
-  held->current = nullptr;
-  ResourceRecord* stored = NextNamed(held, source->ResourceName);
-  held->current = nullptr;
-  if (stored != nullptr) {
-    copy->lineNumber = stored->lineNumber;
-    ResourceListOps::ReplaceRecord(held, stored, copy);
-  } else {
-    ResourceListOps::Append(held, copy);
-  }
+  CopyCut(copy->LanguageCode, language);
+  held->Put(copy);
 }
 
 bool ParseLanguageAndName(const Texts& key, const char** language, const char** name) {
@@ -245,8 +225,8 @@ int MPGetResourceCompleteList(const char* languageCode, ResourceList** listOut) 
   if (languageCode == nullptr) languageCode = "";
   if (qv::IsOrvikProfile()) return qv::ReadOrvikResources(languageCode, listOut) ? 1 : 0;
   // Texts changed in memory are what the file will hold.
-  if (RecordList* held = qv::HeldResourceList(languageCode)) {
-    *listOut = qv::CopyList(held);
+  if (qv::HeldResources* held = qv::HeldResourcesOf(languageCode)) {
+    *listOut = held->CopyList();
     return *listOut != nullptr ? 1 : 0;
   }
   return qv::ReadLanguageList(qv::ResourceFileKind(), languageCode, MODE_READ, listOut) ? 1 : 0;
@@ -255,6 +235,13 @@ int MPGetResourceCompleteList(const char* languageCode, ResourceList** listOut) 
 int MPGetResource(const char* languageCode, const char* resourceName, ResourceRecord** recordOut) {
   *recordOut = nullptr;
   if (resourceName == nullptr || resourceName[0] == '\0') return 0;
+  if (!qv::RequireOpenProfile()) return 0;
+  if (languageCode == nullptr) languageCode = "";
+  // Held texts are found by name, without copying the language's list.
+  if (qv::HeldResources* held = qv::HeldResourcesOf(languageCode)) {
+    const ResourceRecord* found = held->Find(resourceName);
+    return found != nullptr ? MPCopyResource(recordOut, found) : 0;
+  }
   ResourceList* list = nullptr;
   if (!MPGetResourceCompleteList(languageCode, &list)) return 0;
   list->current = nullptr;
@@ -273,13 +260,13 @@ int MPPutResource(ResourceRecord* record) {
   if (!qv::LanguageGiven(record->LanguageCode)) return 0;
   if (!qv::RecordFitsLine(qv::ResourceSchema(), record)) return 0;
   // Loading the language's texts raises the counter above their names.
-  RecordList* held = qv::HoldResourceList(record->LanguageCode, true);
+  qv::HeldResources* held = qv::HoldResources(record->LanguageCode, true);
   if (held == nullptr) return 0;
   if (record->ResourceName[0] == '\0') {
     qv::NextResourceName(record->ResourceName, sizeof record->ResourceName);
   }
   qv::PutCopy(held, record->LanguageCode, record);
-  qv::MarkResourceListChanged(record->LanguageCode);
+  qv::MarkResourcesChanged(record->LanguageCode);
   return 1;
 }
 
@@ -291,17 +278,10 @@ int MPDeleteResource(const char* languageCode, const char* resourceName) {
   }
   if (languageCode == nullptr || resourceName == nullptr || resourceName[0] == '\0') return 0;
   // A language without a file has nothing to delete.
-  RecordList* held = qv::HoldResourceList(languageCode, false);
+  qv::HeldResources* held = qv::HoldResources(languageCode, false);
   if (held == nullptr) return 0;
-  bool deleted = false;
-  held->current = nullptr;
-  while (ResourceRecord* found = qv::NextNamed(held, resourceName)) {
-    qv::UnlinkRecord(held, found);
-    MPFreeResource(found);
-    deleted = true;
-  }
-  held->current = nullptr;
-  if (deleted) qv::MarkResourceListChanged(languageCode);
+  bool deleted = held->Remove(resourceName);
+  if (deleted) qv::MarkResourcesChanged(languageCode);
   return deleted ? 1 : 0;
 }
 
@@ -319,7 +299,7 @@ int MPPutResourceCompleteList(ResourceList* list) {
   if (!qv::ListFitsLines(qv::ResourceSchema(), list)) return 0;
   // The generated-name counter rises only from names read from the files:
   // names inside the list handed in are the caller's and do not count.
-  RecordList* held = qv::HoldResourceList(language, true);
+  qv::HeldResources* held = qv::HoldResources(language, true);
   if (held == nullptr) return 0;
   qv::ResourceListOps::ForEach(list, [&](ResourceRecord* record) {
     if (record->ResourceName[0] == '\0') {
@@ -327,8 +307,8 @@ int MPPutResourceCompleteList(ResourceList* list) {
     }
     qv::PutCopy(held, language, record);
   });
-  qv::MarkResourceListChanged(language);
-  return qv::WriteHeldResourceList(language) ? 1 : 0;
+  qv::MarkResourcesChanged(language);
+  return qv::WriteHeldResources(language) ? 1 : 0;
 }
 
 int MPMatchResources(const char* primaryCode, const char* updateCode, ResourceList** primaryOut,

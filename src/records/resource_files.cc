@@ -1,6 +1,6 @@
 #include "records/resource_files.h"
 
-#include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,13 +9,12 @@
 #include "records/family_io.h"
 #include "records/language_file.h"
 #include "records/resource_family.h"
-#include "records/resource_names.h"
 
 namespace qv {
 
 struct ResourceFileEntry {
   std::string language;
-  RecordList* list = nullptr;
+  std::unique_ptr<HeldResources> texts;
   bool changed = false;
 };
 
@@ -24,8 +23,6 @@ struct ResourceFileTable {
 };
 
 namespace {
-
-using ResourceListOps = ListOps<ResourceRecord, &MPFreeResource>;
 
 ResourceFileEntry* FindEntry(const char* language) {
   ResourceFileTable* table = State().resource_files;
@@ -41,15 +38,22 @@ ResourceFileTable& Table() {
   return *State().resource_files;
 }
 
-}  // namespace
-
-RecordList* HeldResourceList(const char* language) {
-  ResourceFileEntry* entry = FindEntry(language);
-  return entry != nullptr ? entry->list : nullptr;
+bool WriteResourceFile(const char* language, HeldResources& texts) {
+  char path[QV_PATH_SIZE] = "";
+  QvFile file = OpenLanguageFileForChange(ResourceFileKind(), language, true, path);
+  if (!QvFileIsOpen(file)) return false;
+  return WriteLanguageSectionLines(ResourceFileKind(), file, path, texts.SectionLines());
 }
 
-RecordList* HoldResourceList(const char* language, bool offer_creation) {
-  if (RecordList* held = HeldResourceList(language)) return held;
+}  // namespace
+
+HeldResources* HeldResourcesOf(const char* language) {
+  ResourceFileEntry* entry = FindEntry(language);
+  return entry != nullptr ? entry->texts.get() : nullptr;
+}
+
+HeldResources* HoldResources(const char* language, bool offer_creation) {
+  if (HeldResources* held = HeldResourcesOf(language)) return held;
   char path[QV_PATH_SIZE] = "";
   QvFile file = OpenLanguageFileForChange(ResourceFileKind(), language, offer_creation, path);
   if (!QvFileIsOpen(file)) return nullptr;
@@ -58,33 +62,21 @@ RecordList* HoldResourceList(const char* language, bool offer_creation) {
   bool read = list != nullptr && ReadLanguageSection(ResourceSchema(), file, language, list);
   QvCloseFile(file);
   if (!read) {
-    ResourceListOps::Free(list);
+    GenericList::Free(list);
     return nullptr;
   }
-  Table().entries.push_back({language, list, false});
-  return list;
+  Table().entries.push_back({language, std::make_unique<HeldResources>(list), false});
+  return Table().entries.back().texts.get();
 }
 
-void MarkResourceListChanged(const char* language) {
+void MarkResourcesChanged(const char* language) {
   if (ResourceFileEntry* entry = FindEntry(language)) entry->changed = true;
 }
 
-bool WriteResourceFile(const char* language, RecordList* list) {
-  char path[QV_PATH_SIZE] = "";
-  QvFile file = OpenLanguageFileForChange(ResourceFileKind(), language, true, path);
-  if (!QvFileIsOpen(file)) return false;
-  ResourceListOps::ForEach(list, [](ResourceRecord* record) {
-    if (record->ResourceName[0] == '\0') {
-      NextResourceName(record->ResourceName, sizeof record->ResourceName);
-    }
-  });
-  return WriteLanguageSection(ResourceFileKind(), file, path, list);
-}
-
-bool WriteHeldResourceList(const char* language) {
+bool WriteHeldResources(const char* language) {
   ResourceFileEntry* entry = FindEntry(language);
   if (entry == nullptr) return false;
-  if (!WriteResourceFile(language, entry->list)) return false;
+  if (!WriteResourceFile(language, *entry->texts)) return false;
   entry->changed = false;
   return true;
 }
@@ -93,9 +85,8 @@ void WriteBackResourceFiles() {
   ResourceFileTable* table = State().resource_files;
   if (table == nullptr) return;
   for (ResourceFileEntry& entry : table->entries) {
-    if (State().locked && entry.changed) WriteResourceFile(entry.language.c_str(), entry.list);
-    ResourceListOps::Free(entry.list);
-    entry.list = nullptr;
+    if (State().locked && entry.changed) WriteResourceFile(entry.language.c_str(), *entry.texts);
+    entry.texts.reset();
   }
   delete table;
   State().resource_files = nullptr;
