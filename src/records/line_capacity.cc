@@ -136,8 +136,9 @@ std::string LineCapacityProblem(const KindSchema& schema, const void* record) {
   const bool custom = schema.parse_line != nullptr;
   const uint32_t flags = RecordFlagsOf(schema, record) & RECORD_IAO;
 
-  // Write the line, a field at a time, so that a value the writer cannot
-  // name is pinned to its member.
+  // Write the line as the rewrite would. A line of the kind's own format
+  // comes whole; schema fields go a field at a time, so that a value the
+  // writer cannot name is pinned to its member.
   if (custom) {
     if (!WriteRecordLine(schema, record, file) && !members.empty())
       return NotAsGiven(*members[0], nullptr);

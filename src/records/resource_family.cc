@@ -235,10 +235,10 @@ int MPGetResourceCompleteList(const char* languageCode, ResourceList** listOut) 
 int MPGetResource(const char* languageCode, const char* resourceName, ResourceRecord** recordOut) {
   *recordOut = nullptr;
   if (resourceName == nullptr || resourceName[0] == '\0') return 0;
-  if (!qv::RequireOpenProfile()) return 0;
-  if (languageCode == nullptr) languageCode = "";
   // Held texts are found by name, without copying the language's list.
-  if (qv::HeldResources* held = qv::HeldResourcesOf(languageCode)) {
+  // Only an open, locked profile holds texts, and never of the empty code.
+  qv::HeldResources* held = languageCode != nullptr ? qv::HeldResourcesOf(languageCode) : nullptr;
+  if (held != nullptr) {
     const ResourceRecord* found = held->Find(resourceName);
     return found != nullptr ? MPCopyResource(recordOut, found) : 0;
   }
