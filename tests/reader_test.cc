@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/plain_lines.h"
 #include "core/state.h"
 #include "platform/file.h"
 #include "quorvex/quorvex.h"
@@ -502,6 +503,52 @@ TEST_F(ReaderTest, JoinedRecordOfExactlyTheBufferFits) {
   Open(first + "\\\n" + second + "\n");
   EXPECT_EQ(ReadSection(2), (Records{{first + second, 0}}));
   EXPECT_TRUE(host_.errors().empty());
+}
+
+// ---- record lines: where the file's blocks end --------------------------
+
+// Most lines are read straight from the file's cached block; a line that
+// the block does not hold whole is read the general way. Wherever a block
+// ends among the lines, they read the same: the text, the marker, the
+// joined continuation, the line count, and the lines that may continue.
+TEST_F(ReaderTest, RecordLinesReadTheSameWhereverABlockEnds) {
+  const std::string tail =
+      " a1 \r\n"
+      "b\\\r\n  c\r\n"
+      "; skipped\r\n"
+      ";IAO;d\r\n"
+      "\r\n"
+      "\te,\"f\"\t\n"
+      "g\\ \r\n"
+      "h\n"
+      "x\\y\r\n"
+      "[Next]\n";
+  const Records tail_records = {{"a1", 0},      {"bc", 0}, {"d", RECORD_IAO},
+                                {"e,\"f\"", 0}, {"gh", 0}, {"x\\y", 0}};
+  const std::string pad_line = std::string(999, 'p') + "\n";
+  constexpr size_t kBlock = 64 * 1024;
+  constexpr int kPadLines = 64;  // 64,000 bytes: the first block ends in the tail
+  for (size_t shift = 0; shift < tail.size() + 4; ++shift) {
+    SCOPED_TRACE(shift);
+    // The last padding line puts the block's end `shift` bytes before the
+    // tail's end.
+    std::string content = "[A]\n";
+    for (int i = 0; i < kPadLines; ++i) content += pad_line;
+    const size_t last_pad = kBlock - content.size() - tail.size() + shift - 1;
+    content += std::string(last_pad, 'q') + "\n" + tail;
+    QvFile f = Open(content);
+    ASSERT_EQ(FindSection(f, "A"), 1);
+    const uint64_t continuable = qv::ContinuableLineCount();
+    Records expected(kPadLines, {std::string(999, 'p'), 0});
+    expected.emplace_back(std::string(last_pad, 'q'), 0);
+    expected.insert(expected.end(), tail_records.begin(), tail_records.end());
+    ASSERT_EQ(ReadSection(2), expected);
+    // Every line up to the header, and the header read once more.
+    EXPECT_EQ(QvParseLineNumber(), 1 + kPadLines + 1 + 11);
+    EXPECT_EQ(qv::ContinuableLineCount() - continuable, 2u);
+    EXPECT_EQ(Line(), "[Next]");
+    EXPECT_TRUE(host_.errors().empty());
+  }
 }
 
 }  // namespace

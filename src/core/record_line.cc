@@ -6,12 +6,14 @@
 //   2 records           returned     returned, marked      skipped
 //   3 listing           returned     returned, marked      returned, marked
 //   4 skip a section    skipped      returned as comment   returned, marked
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
 #include "core/plain_lines.h"
 #include "core/read_line.h"
 #include "core/report_capture.h"
+#include "core/state.h"
 #include "core/text_chars.h"
 #include "platform/file.h"
 #include "quorvex/report.h"
@@ -136,6 +138,34 @@ bool ReadComment(QvFile file, char* text, char* record) {
   return true;
 }
 
+// A plain record line that the file's cached block holds whole, copied
+// straight into the record: nearly every line of a section is one, and the
+// general way copies it twice. False, with the file where it was, for any
+// other line (a section header, a comment, a blank line, one that may
+// continue or that the block or buffer cuts), which the general way reads.
+bool ReadWholePlainLine(QvFile file, char* record) {
+  File* f = File::FromHandle(file);
+  if (f == nullptr) return false;
+  const char* bytes = nullptr;
+  const size_t got = f->Peek(&bytes);
+  if (got == 0) return false;
+  const char* feed = static_cast<const char*>(memchr(bytes, '\n', std::min(got, kRecordLimit)));
+  if (feed == nullptr) return false;
+  const size_t length = static_cast<size_t>(feed - bytes);
+  if (strnlen(bytes, length) != length) return false;  // a NUL byte cuts the line
+  const char* first = bytes;
+  while (first < feed && IsBlank(*first)) ++first;
+  if (first == feed || *first == '[' || *first == ';') return false;
+  const char* end = feed;
+  while (IsBlank(end[-1])) --end;  // stops at the first character at the latest
+  if (end[-1] == '\\') return false;
+  memcpy(record, first, static_cast<size_t>(end - first));
+  record[end - first] = '\0';
+  f->Seek(static_cast<int64_t>(length) + 1, SEEK_CUR);
+  ++State().parse_line;
+  return true;
+}
+
 }  // namespace
 
 uint64_t ContinuableLineCount() {
@@ -149,6 +179,7 @@ extern "C" {
 int ReadRecordLine(QvFile file, char* record, uint32_t* recordFlags, int commentMode) {
   record[0] = '\0';
   *recordFlags = 0;
+  if (commentMode != COMMENT_MODE_SKIP && qv::ReadWholePlainLine(file, record)) return 1;
   char line[QV_LINE_SIZE];
   for (;;) {
     const long length = qv::ReadLine(file, line, sizeof line);
