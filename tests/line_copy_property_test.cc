@@ -19,6 +19,7 @@
 #include "records/kind_api.h"
 #include "records/kind_schema.h"
 #include "records/record_codec.h"
+#include "records/written_line.h"
 
 namespace {
 
@@ -233,6 +234,96 @@ TEST(LineCopyPropertyTest, WhatTheWriterGivesIsTakenAsWritten) {
   }
 }
 
+// A put passes most lines on their bytes alone: a line split so must be
+// one the full read takes as written without a problem, and every such
+// line is split, with its fields' texts as they stand.
+TEST(LineCopyPropertyTest, ALineIsSplitOnItsBytesExactlyWhenTheReadTakesItAsWritten) {
+  qv::ReportCapture quiet(true);
+  RandomLines random(20261125u);
+  for (const qv::KindSchema* schema : CopyableSchemas()) {
+    SCOPED_TRACE(schema->kind->code);
+    Record record = MakeRecord(*schema);
+    std::vector<std::string_view> fields(schema->line.size());
+    int split = 0;
+    for (int n = 0; n < kLinesPerKind; ++n) {
+      const std::string text = random.Line(*schema);
+      qv::ClearRecord(*schema, record.get());
+      std::vector<char> line(text.begin(), text.end());
+      line.push_back('\0');
+      const uint64_t problems = qv::ParseProblemCount();
+      bool as_written = false;
+      const bool parsed = qv::ParseRecordLine(*schema, line.data(), record.get(), &as_written);
+      const bool clean = parsed && as_written && qv::ParseProblemCount() == problems;
+      ASSERT_EQ(qv::SplitWrittenLine(*schema, text.c_str(), fields.data()), clean) << text;
+      if (!clean) continue;
+      ++split;
+      std::string joined;
+      for (size_t i = 0; i < fields.size(); ++i) {
+        if (i > 0) joined += ',';
+        joined.append(fields[i]);
+        ASSERT_GE(fields[i].data(), text.c_str());
+        ASSERT_LE(fields[i].data() + fields[i].size(), text.c_str() + text.size());
+      }
+      ASSERT_EQ(joined, text);
+    }
+    EXPECT_GT(split, kLinesPerKind / 50);
+  }
+}
+
+// Two lines that stand as written carry the same value in a number or text
+// field exactly when the field's texts are the same.
+TEST(LineCopyPropertyTest, WrittenFieldTextsAreEqualExactlyWhenTheirValuesAre) {
+  qv::ReportCapture quiet(true);
+  RandomLines random(20261126u);
+  for (const qv::KindSchema* schema : CopyableSchemas()) {
+    SCOPED_TRACE(schema->kind->code);
+    struct Split {
+      std::string text;
+      Record record;
+      std::vector<std::string_view> fields;
+    };
+    // The fields point into each line's text, which stays where it is: the
+    // vector never grows past what it holds room for.
+    std::vector<Split> lines;
+    lines.reserve(300);
+    while (lines.size() < 300) {
+      Split& line = lines.emplace_back(Split{random.Line(*schema), MakeRecord(*schema), {}});
+      line.fields.resize(schema->line.size());
+      if (!qv::SplitWrittenLine(*schema, line.text.c_str(), line.fields.data())) {
+        lines.pop_back();
+        continue;
+      }
+      std::vector<char> bytes(line.text.begin(), line.text.end());
+      bytes.push_back('\0');
+      ASSERT_TRUE(qv::ParseRecordLine(*schema, bytes.data(), line.record.get()));
+    }
+    int equal = 0;
+    for (size_t a = 0; a < lines.size(); ++a) {
+      for (size_t b = a + 1; b < lines.size(); ++b) {
+        for (size_t i = 0; i < schema->line.size(); ++i) {
+          const qv::LineField& field = schema->line[i];
+          bool same_value;
+          if (field.syntax == qv::LineSyntax::kText) {
+            same_value =
+                strcmp(static_cast<const char*>(lines[a].record.get()) + field.offset,
+                       static_cast<const char*>(lines[b].record.get()) + field.offset) == 0;
+          } else if (field.syntax == qv::LineSyntax::kInteger) {
+            same_value = qv::GetUnsigned(lines[a].record.get(), field.offset, field.type) ==
+                         qv::GetUnsigned(lines[b].record.get(), field.offset, field.type);
+          } else {
+            continue;
+          }
+          ASSERT_EQ(lines[a].fields[i] == lines[b].fields[i], same_value)
+              << testing::PrintToString(lines[a].text) << " / "
+              << testing::PrintToString(lines[b].text) << " field " << i;
+          if (same_value) ++equal;
+        }
+      }
+    }
+    EXPECT_GT(equal, 0);
+  }
+}
+
 // Lines of a format of their own (key=value messages): random lines of the
 // pieces that trouble that reader (no "=", several, blanks at either end,
 // parts at and beyond their width, the marker's text) are either not taken
@@ -386,6 +477,75 @@ TEST(LineCopyPropertyTest, OnlyTheMarkerFlagIsCopied) {
   EXPECT_TRUE(qv::AppendLineAsWritten(RECORD_IAO, "2,\"b\"", &out));
   EXPECT_FALSE(qv::AppendLineAsWritten(RECORD_IAO | 1, "3,\"c\"", &out));
   EXPECT_EQ(out, "1,\"a\"\r\n;IAO;2,\"b\"\r\n");
+}
+
+}  // namespace
+
+namespace {
+
+// A Layout record with the given values.
+Layout LayoutOf(uint16_t count, const char* name) {
+  Layout layout{};
+  layout.count = count;
+  snprintf(layout.name, sizeof layout.name, "%s", name);
+  return layout;
+}
+
+qv::KindSchema KeyedLayout(std::vector<qv::LineField> line) {
+  qv::KindSchema schema = LayoutSchema(std::move(line));
+  schema.row_pointer_offset = SIZE_MAX;
+  return schema;
+}
+
+TEST(LineCopyPropertyTest, OtherKeyLinesPassOnlyLinesAsWrittenWithAnotherKey) {
+  const qv::KindSchema schema = KeyedLayout(
+      {Integer(offsetof(Layout, count), qv::ValueType::kU16), Text(offsetof(Layout, name), 7)});
+  const Layout record = LayoutOf(12, "Disk");
+  const size_t count[] = {offsetof(Layout, count)};
+  const qv::OtherKeyLines by_count(schema, count, &record);
+  ASSERT_TRUE(by_count.usable());
+  EXPECT_TRUE(by_count.Passes("3,\"Disk\""));
+  EXPECT_FALSE(by_count.Passes("12,\"Other\""));  // the key: the put's own
+  EXPECT_FALSE(by_count.Passes("012,\"Disk\""));  // not as written
+  EXPECT_FALSE(by_count.Passes("3, \"Disk\""));
+  EXPECT_FALSE(by_count.Passes("70000,\"Disk\""));  // beyond the member
+  EXPECT_FALSE(by_count.Passes("3,\"Disk\",\"x\""));
+  EXPECT_FALSE(by_count.Passes("3"));
+  const size_t both[] = {offsetof(Layout, count), offsetof(Layout, name)};
+  const qv::OtherKeyLines by_both(schema, both, &record);
+  ASSERT_TRUE(by_both.usable());
+  EXPECT_TRUE(by_both.Passes("12,\"disk\""));  // texts compare by case
+  EXPECT_TRUE(by_both.Passes("12,\"Dis^\"k\""));
+  EXPECT_FALSE(by_both.Passes("12,\"Disk\""));
+  // The record's flags do not change its key.
+  Layout marked = record;
+  marked.record_flags = RECORD_IAO;
+  EXPECT_FALSE(qv::OtherKeyLines(schema, both, &marked).Passes("12,\"Disk\""));
+}
+
+TEST(LineCopyPropertyTest, AKeyTheLineCannotTellIsLeftToTheFullRead) {
+  const Layout record = LayoutOf(12, "Disk");
+  const qv::KindSchema schema =
+      KeyedLayout({Integer(offsetof(Layout, count), qv::ValueType::kU16),
+                   Text(offsetof(Layout, name), 7), Flag(offsetof(Layout, bits), 1)});
+  const size_t off_the_line[] = {offsetof(Layout, small)};
+  EXPECT_FALSE(qv::OtherKeyLines(schema, off_the_line, &record).usable());
+  const size_t flag[] = {offsetof(Layout, bits)};
+  EXPECT_FALSE(qv::OtherKeyLines(schema, flag, &record).usable());
+  EXPECT_FALSE(qv::OtherKeyLines(schema, {}, &record).usable());
+  // A record whose text is wider than its field writes no line to compare.
+  const qv::KindSchema narrow = KeyedLayout(
+      {Integer(offsetof(Layout, count), qv::ValueType::kU16), Text(offsetof(Layout, name), 3)});
+  const size_t count[] = {offsetof(Layout, count)};
+  const Layout fits = LayoutOf(12, "Dsk");
+  EXPECT_TRUE(qv::OtherKeyLines(narrow, count, &fits).usable());
+  const Layout wide = LayoutOf(12, "Disk");
+  EXPECT_FALSE(qv::OtherKeyLines(narrow, count, &wide).usable());
+  // Lines the check cannot judge on their bytes.
+  const qv::KindSchema unquoted =
+      KeyedLayout({Integer(offsetof(Layout, count), qv::ValueType::kU16),
+                   Text(offsetof(Layout, name), 7, FO_UNQUOTED)});
+  EXPECT_FALSE(qv::OtherKeyLines(unquoted, count, &record).usable());
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "quorvex/text.h"
 #include "records/line_capacity.h"
 #include "records/orvik_rows.h"
+#include "records/written_line.h"
 
 namespace qv {
 namespace {
@@ -111,14 +112,14 @@ bool IsOrvikProfile() {
 
 bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
                         const std::function<void*()>& next, const std::function<bool(void*)>& take,
-                        const char** as_written, const SeenLine& seen) {
+                        const char** as_written, const SeenLine& seen, const PassedLine& passes) {
   if (!FindSection(file, schema.kind->section)) return true;
-  return ScanRecordsHere(schema, file, owner, next, take, as_written, seen);
+  return ScanRecordsHere(schema, file, owner, next, take, as_written, seen, passes);
 }
 
 bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
                      const std::function<void*()>& next, const std::function<bool(void*)>& take,
-                     const char** as_written, const SeenLine& seen) {
+                     const char** as_written, const SeenLine& seen, const PassedLine& passes) {
   const bool copies = as_written != nullptr && LinesCanBeCopied(schema);
   char line[QV_LINE_SIZE];
   std::string kept;
@@ -137,6 +138,7 @@ bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
     if (!got) return ParseProblemCount() == problems;
     if (seen) seen(line, flags);
     if (schema.takes_line != nullptr && !schema.takes_line(line)) continue;
+    if (passes && passes(line, flags)) continue;
     void* record = next();
     if (record == nullptr) return false;
     SetLineNumber(schema, record, static_cast<uint32_t>(State().parse_line));
@@ -194,19 +196,21 @@ bool CanPutIntoSection(const KindSchema& schema) {
 bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* record,
                     const std::function<bool(const void* stored)>& replaces,
                     const std::function<void(void* copy, const void* stored)>& keep_identity,
-                    bool* rewritten) {
+                    bool* rewritten, std::span<const size_t> key_offsets) {
   *rewritten = false;
   char path[QV_PATH_SIZE] = "";
   QvFile input = OpenKindFile(schema, owner, MODE_UPDATE, path, schema.missing_file_message);
   if (input == QV_NO_FILE) return false;
-  return PutIntoOpenSection(schema, owner, input, path, record, replaces, keep_identity, rewritten);
+  return PutIntoOpenSection(schema, owner, input, path, record, replaces, keep_identity, rewritten,
+                            false, key_offsets);
 }
 
 bool PutIntoOpenSection(const KindSchema& schema, const Owner& owner, QvFile input,
                         const char* path, const void* record,
                         const std::function<bool(const void* stored)>& replaces,
                         const std::function<void(void* copy, const void* stored)>& keep_identity,
-                        bool* rewritten, bool counts_a_read_first) {
+                        bool* rewritten, bool counts_a_read_first,
+                        std::span<const size_t> key_offsets) {
   *rewritten = false;
   // Each stored record passes through one scratch record and goes out as
   // its line at once: a put into a large section builds no list of it.
@@ -262,8 +266,18 @@ bool PutIntoOpenSection(const KindSchema& schema, const Owner& owner, QvFile inp
     AppendRecordLine(schema, line, &section);
     return true;
   };
-  const bool read = begun ? ScanRecordsHere(schema, input, owner, next, take, &as_written)
-                          : ScanSectionRecords(schema, input, owner, next, take, &as_written);
+  // Nearly every line stands as written and names another record: it is
+  // copied on its bytes, without being read into a record first.
+  const OtherKeyLines others(schema, key_offsets, record);
+  PassedLine passes;
+  if (others.usable()) {
+    passes = [&](const char* line, uint32_t flags) {
+      return others.Passes(line) && AppendLineAsWritten(flags, line, &section);
+    };
+  }
+  const bool read =
+      begun ? ScanRecordsHere(schema, input, owner, next, take, &as_written, nullptr, passes)
+            : ScanSectionRecords(schema, input, owner, next, take, &as_written, nullptr, passes);
   // The rewrite's destructor lets the file go, unchanged, on every way out.
   if (!read || !begun) return read;
   if (!replaced) AppendRecordLine(schema, record, &section);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 
 #include "quorvex/base.h"
 #include "quorvex/list.h"
@@ -44,6 +45,9 @@ bool ReadSectionRecords(const KindSchema& schema, QvFile file, const Owner& owne
 // Every record line a scan reads, whichever kind it belongs to: its text as
 // read, before the kind's filter and reader see it, and its record flags.
 using SeenLine = std::function<void(const char* line, uint32_t flags)>;
+// A line of the kind that its caller deals with on its text alone: when it
+// says so, no record is made of it.
+using PassedLine = std::function<bool(const char* line, uint32_t flags)>;
 
 // Reads the section's record lines in turn, each into the empty record that
 // `next` gives, with its line number, record flags and owner, and hands it
@@ -52,15 +56,18 @@ using SeenLine = std::function<void(const char* line, uint32_t flags)>;
 // `as_written`, for a kind whose lines can be copied, *as_written is the
 // line's text while `take` has a record that writes back as that text, and
 // nullptr while it has another. `seen`, when given, is shown every line
-// first, also those of the other kinds of a shared section.
+// first, also those of the other kinds of a shared section; `passes`, when
+// given, every line of the kind before a record is made of it.
 bool ScanSectionRecords(const KindSchema& schema, QvFile file, const Owner& owner,
                         const std::function<void*()>& next, const std::function<bool(void*)>& take,
-                        const char** as_written = nullptr, const SeenLine& seen = nullptr);
+                        const char** as_written = nullptr, const SeenLine& seen = nullptr,
+                        const PassedLine& passes = nullptr);
 // As ScanSectionRecords, from the file's position: behind the section's
 // header.
 bool ScanRecordsHere(const KindSchema& schema, QvFile file, const Owner& owner,
                      const std::function<void*()>& next, const std::function<bool(void*)>& take,
-                     const char** as_written = nullptr, const SeenLine& seen = nullptr);
+                     const char** as_written = nullptr, const SeenLine& seen = nullptr,
+                     const PassedLine& passes = nullptr);
 
 // Rewrites the kind's section from the list (the file is checked out
 // first), resuming the copy behind the schema's tail section when it names
@@ -77,11 +84,16 @@ bool WriteKindSection(const KindSchema& schema, const Owner& owner, RecordList* 
 // tells whether the file was rewritten. For the kinds CanPutIntoSection
 // allows: each line is its own record, and it writes back as a list's read
 // of it would (a line of which only some fields parse included).
+//
+// `key_offsets` may name the members `replaces` compares with the record's
+// when it compares nothing else and has no other effect: a line that
+// stands as the writer gives it, with other values in those members, is
+// then copied on its bytes and not shown to `replaces`.
 bool CanPutIntoSection(const KindSchema& schema);
 bool PutIntoSection(const KindSchema& schema, const Owner& owner, const void* record,
                     const std::function<bool(const void* stored)>& replaces,
                     const std::function<void(void* copy, const void* stored)>& keep_identity,
-                    bool* rewritten);
+                    bool* rewritten, std::span<const size_t> key_offsets = {});
 // As PutIntoSection, into a file its caller opened for update at path:
 // files that are found, or made, their own way. The file is taken over.
 // Reports name lines as the list form of the put would count them: with
@@ -91,7 +103,8 @@ bool PutIntoOpenSection(const KindSchema& schema, const Owner& owner, QvFile inp
                         const char* path, const void* record,
                         const std::function<bool(const void* stored)>& replaces,
                         const std::function<void(void* copy, const void* stored)>& keep_identity,
-                        bool* rewritten, bool counts_a_read_first = false);
+                        bool* rewritten, bool counts_a_read_first = false,
+                        std::span<const size_t> key_offsets = {});
 
 // Reports "It appears that you have not run OpenMasterProfile
 // successfully!" (or "...not locked the Master Profile...") when the open

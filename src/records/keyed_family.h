@@ -29,6 +29,7 @@
 #ifndef QUORVEX_RECORDS_KEYED_FAMILY_H_
 #define QUORVEX_RECORDS_KEYED_FAMILY_H_
 
+#include <array>
 #include <concepts>
 #include <cstdint>
 #include <vector>
@@ -305,6 +306,9 @@ class KeyedFamily {
   // replaced, or the record appended, as the list would have it.
   static int PutStreamed(const Owner& owner, const Record* record, bool* written) {
     const Key key = Traits::KeyOf(*record);
+    // `replaces` compares the key's members alone.
+    std::array<size_t, Traits::kParts> key_offsets;
+    for (size_t i = 0; i < Traits::kParts; ++i) key_offsets[i] = Traits::Part(i).offset;
     bool rewritten = false;
     bool read = PutIntoSection(
         Traits::Schema(), owner, record,
@@ -317,7 +321,7 @@ class KeyedFamily {
           Traits::KeepIdentity(replacing, old);
           replacing->lineNumber = old.lineNumber;
         },
-        &rewritten);
+        &rewritten, key_offsets);
     if (written != nullptr) *written = rewritten;
     return read ? 1 : 0;
   }
