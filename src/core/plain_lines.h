@@ -15,6 +15,9 @@ namespace qv {
 // reads with ReadRecordLine; looking for the ends in the file's cached
 // block, it costs a rewrite far less than reading each line.
 void SkipPlainLines(QvFile file);
+// The same for lines whose first non-blank character is none of `firsts`
+// (which must not hold NUL): FindSection passes all but headers so.
+void SkipLinesWithout(QvFile file, const char* firsts);
 
 // How many lines ReadRecordLine has met so far (in any comment mode) whose
 // last character other than blanks is a backslash, where a record or a

@@ -73,7 +73,7 @@ int ReadProfileLine(QvFile file, char* buffer, int size) {
 
 namespace qv {
 
-void SkipPlainLines(QvFile file) {
+void SkipLinesWithout(QvFile file, const char* firsts) {
   File* f = File::FromHandle(file);
   if (f == nullptr) return;
   constexpr size_t kLimit = QV_LINE_SIZE - 1;  // what ReadRecordLine's buffer holds
@@ -91,7 +91,7 @@ void SkipPlainLines(QvFile file) {
       if (strnlen(line, length) != length) break;  // a NUL byte: a cut line
       const char* first = line;
       while (first < feed && IsBlank(*first)) ++first;
-      if (first < feed && (*first == '[' || *first == ';')) break;
+      if (first < feed && strchr(firsts, *first) != nullptr) break;
       passed += length + 1;
       ++State().parse_line;
     }
@@ -99,6 +99,10 @@ void SkipPlainLines(QvFile file) {
     f->Seek(static_cast<int64_t>(passed), SEEK_CUR);
     if (passed < got) return;
   }
+}
+
+void SkipPlainLines(QvFile file) {
+  SkipLinesWithout(file, "[;");
 }
 
 }  // namespace qv
@@ -122,7 +126,11 @@ int FindSection(QvFile file, const char* section) {
   // since SetParseFile, not the line's place in the file.
   f->Seek(0, SEEK_SET);
   char line[QV_LINE_SIZE];
-  while (ReadProfileLine(file, line, sizeof line)) {
+  for (;;) {
+    // Lines that cannot be a header are passed in the cached block, where
+    // the reader would copy each whole first.
+    qv::SkipLinesWithout(file, "[");
+    if (!ReadProfileLine(file, line, sizeof line)) break;
     char* p = line;
     qv::SkipBlankChars(&p);
     if (*p != '[') continue;
