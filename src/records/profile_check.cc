@@ -7,7 +7,6 @@
 #include <cstring>
 #include <map>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "core/report_capture.h"
@@ -18,6 +17,7 @@
 #include "quorvex/text.h"
 #include "records/file_sections.h"
 #include "records/file_text_scan.h"
+#include "records/key_lines.h"
 #include "records/kind_api.h"
 #include "records/profile_references.h"
 #include "records/record_codec.h"
@@ -45,7 +45,10 @@ bool ReadBytes(const std::string& path, std::string* bytes) {
   // module files spent more time on that than on checking them.
   int64_t size = file->Seek(0, SEEK_END) ? file->Tell() : 0;
   if (!file->Seek(0, SEEK_SET)) return false;
-  bytes->resize(static_cast<size_t>(std::max<int64_t>(size, 0)) + 1);  // + 1: learns the end
+  // The bytes a file before left in the buffer are read over, not cleared:
+  // only room the buffer never had is filled first.
+  const size_t room = static_cast<size_t>(std::max<int64_t>(size, 0)) + 1;  // + 1: learns the end
+  if (bytes->size() < room) bytes->resize(room);
   size_t have = 0;
   for (;;) {
     if (have == bytes->size()) bytes->resize(bytes->size() * 2);
@@ -105,7 +108,6 @@ class FileChecker {
     // One buffer for every file checked: its room is reused, so a profile
     // of many large files does not map fresh memory for each of them.
     static thread_local std::string bytes;
-    bytes.clear();
     if (!ReadBytes(path_, &bytes)) {
       Add(0, kFileProblem, "cannot open or read the file");
       return Finish(summary);
@@ -130,7 +132,7 @@ class FileChecker {
         seen = seen || strcasecmp(d.c_str(), header.name.c_str()) == 0;
       if (seen) continue;
       done.push_back(header.name);
-      CheckSection(file, header.name);
+      CheckSection(file, header);
     }
     QvCloseFile(file);
     return Finish(summary);
@@ -184,7 +186,8 @@ class FileChecker {
     }
   }
 
-  void CheckSection(QvFile file, const std::string& section) {
+  void CheckSection(QvFile file, const SectionHeader& header) {
+    const std::string& section = header.name;
     // Counting from the file's start again makes the reader's line numbers
     // count from the top of the file.
     SetParseFile(path_.c_str());
@@ -194,7 +197,10 @@ class FileChecker {
         !apis.empty() ? apis[0]->schema->kind->code : KindCodeOf(file_kind_.c_str(), section);
     std::map<const KindApi*, std::vector<const MemberSpec*>> keys;
     for (const KindApi* api : apis) keys[api] = KeyMembers(*api);
-    std::unordered_map<std::string, int> key_lines;
+    const bool key_value = IsKeyValueKind(kind);
+    // One table for every section checked, which keeps its room.
+    static thread_local KeyLines key_lines;
+    key_lines.Clear(static_cast<size_t>(header.record_lines));
     char line[QV_LINE_SIZE];
     uint32_t flags = 0;
     int cut_line = 0;
@@ -210,7 +216,7 @@ class FileChecker {
       // reported as too long or as holding a byte that is not text.
       if (CutLineCount() != cuts) cut_line = here;
       if (here == cut_line) continue;
-      if (IsKeyValueKind(kind) && strchr(line, '=') == nullptr) {
+      if (key_value && strchr(line, '=') == nullptr) {
         Add(here, kMessageProblem, "message line without \"=\"");
       }
       if (const KindApi* api = ApiOfLine(apis, line)) {
@@ -220,8 +226,7 @@ class FileChecker {
   }
 
   void CheckRecord(const KindApi& api, char* line, uint32_t flags, int here,
-                   const std::vector<const MemberSpec*>& keys,
-                   std::unordered_map<std::string, int>* key_lines) {
+                   const std::vector<const MemberSpec*>& keys, KeyLines* key_lines) {
     const KindSchema& schema = *api.schema;
     // One scratch record for every line: allocating one per record cost
     // more than reading most lines.
@@ -247,8 +252,7 @@ class FileChecker {
     }
     // A record without a key (a message line without "=") is reported as such.
     if (!keys.empty() && !empty) {
-      auto [at, fresh] = key_lines->emplace(key_, here);
-      if (!fresh) {
+      if (const int first = key_lines->FirstLine(key_, here); first != 0) {
         std::string shown;
         for (const MemberSpec* member : keys) {
           shown += std::string(shown.empty() ? "" : " ") + member->name + "=\"" +
@@ -256,7 +260,7 @@ class FileChecker {
         }
         Add(here, kDuplicateProblem,
             std::string(schema.kind->code) + " " + shown + " again (first at line " +
-                std::to_string(at->second) + ")");
+                std::to_string(first) + ")");
       }
     }
     if (references_ != nullptr) references_->Note(schema, record, path_, here);
