@@ -90,6 +90,11 @@ class RandomLines {
       }
       case qv::LineSyntax::kFlag:
         return Pick(2) == 0 ? "Y" : "N";
+      case qv::LineSyntax::kFlagString32: {
+        std::string letters;
+        for (int i = 0; i < 32; ++i) letters += Pick(2) == 0 ? 'Y' : 'N';
+        return "\"" + letters + "\"";
+      }
       default: {
         // Carets before quotes count towards the width as they stand.
         static const std::string kPieces[] = {"a", "b", "^\"", "^^\"", "^",  ",",
@@ -123,6 +128,34 @@ class RandomLines {
       case qv::LineSyntax::kFlag: {
         static const char* const kForms[] = {"y", "n", "", " Y", "Y ", "YY", "1"};
         return kForms[Pick(std::size(kForms))];
+      }
+      case qv::LineSyntax::kFlagString32: {
+        // Letters the reader takes but the writer never gives, too few or
+        // too many, blanks around or among them, no quotes.
+        std::string letters(32, 'N');
+        switch (Pick(8)) {
+          case 0:
+            letters[Pick(32)] = 'y';
+            break;
+          case 1:
+            letters.pop_back();
+            break;
+          case 2:
+            letters += 'Y';
+            break;
+          case 3:
+            letters[Pick(32)] = ' ';
+            break;
+          case 4:
+            return " \"" + letters + "\"";
+          case 5:
+            return "\"" + letters + "\" ";
+          case 6:
+            return letters;
+          default:
+            return "";
+        }
+        return "\"" + letters + "\"";
       }
       default: {
         static const char* const kForms[] = {"",       "\"\"", " \"a\"",  "\"a\" ", "\"a\"b\"",

@@ -278,6 +278,14 @@ bool FieldsShareBytes(const LineField& earlier, const LineField& later) {
          (earlier.bit & later.bit) != 0;
 }
 
+// Whether the n characters are all Y or N, as the writer puts them.
+bool AreFlagLetters(const char* letters, size_t n) {
+  for (size_t i = 0; i < n; ++i) {
+    if (letters[i] != 'Y' && letters[i] != 'N') return false;
+  }
+  return true;
+}
+
 // The options a field may carry for its line to be copied: those whose
 // effect on the written text the check below knows.
 uint32_t CopyableOptions(LineSyntax syntax) {
@@ -313,6 +321,9 @@ bool FieldAsWritten(const LineField& field, const char* start, const char* end, 
     }
     case LineSyntax::kFlag:
       return length == 1 && (start[0] == 'Y' || start[0] == 'N');
+    case LineSyntax::kFlagString32:
+      // Always 32 letters between quotes, also for an optional field.
+      return length == 34 && start[0] == '"' && start[33] == '"' && AreFlagLetters(start + 1, 32);
     case LineSyntax::kText: {
       // An optional field writes the empty text as nothing. Otherwise the
       // text stands between quotes, every double quote in it behind the
@@ -370,6 +381,10 @@ bool LinesCanBeCopied(const KindSchema& schema) {
       case LineSyntax::kInteger:
       case LineSyntax::kText:
       case LineSyntax::kFlag:
+        break;
+      case LineSyntax::kFlagString32:
+        // Every letter stands for a bit the member keeps.
+        if (field.type != ValueType::kU32 && field.type != ValueType::kI32) return false;
         break;
       default:
         return false;

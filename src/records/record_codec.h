@@ -34,7 +34,8 @@ bool ParseRecordLine(const KindSchema& schema, char* line, void* record);
 
 // Whether a line of the kind that reads in the form its writer gives can be
 // copied instead of written again from its record: the kind reads and
-// writes its lines field by field, with numbers, texts and flags only, and
+// writes its lines field by field, with numbers, texts, flags and flag
+// strings (of a 32-bit member) only, and
 // no two fields share a byte (or a flag bit) of the record; or its lines
 // have a format of their own, and the kind tells which read as written.
 bool LinesCanBeCopied(const KindSchema& schema);

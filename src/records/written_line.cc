@@ -41,6 +41,14 @@ const char* WrittenFieldEnd(const LineField& field, const char* p) {
     }
     case LineSyntax::kFlag:
       return *p == 'Y' || *p == 'N' ? p + 1 : nullptr;
+    case LineSyntax::kFlagString32: {
+      // Always 32 letters between quotes, also for an optional field.
+      if (*p != '"') return nullptr;
+      for (int i = 1; i <= 32; ++i) {
+        if (p[i] != 'Y' && p[i] != 'N') return nullptr;
+      }
+      return p[33] == '"' ? p + 34 : nullptr;
+    }
     case LineSyntax::kText: {
       // An optional field writes the empty text as nothing, others "".
       if (*p != '"') return optional ? p : nullptr;

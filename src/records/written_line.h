@@ -22,10 +22,10 @@ namespace qv {
 // each line field, quotes included and commas left out, when the line is
 // exactly what the writer gives for the record it reads as, and reads
 // without a problem reported: digits without a leading zero that fit their
-// member, Y or N, texts between quotes within their width, no blank
-// anywhere between fields, no field missing or extra. `fields` has room
-// for schema.line.size() entries. False for any other line, which the full
-// read then judges (and reports on).
+// member, Y or N, 32 of them between quotes, texts between quotes within
+// their width, no blank anywhere between fields, no field missing or
+// extra. `fields` has room for schema.line.size() entries. False for any
+// other line, which the full read then judges (and reports on).
 bool SplitWrittenLine(const KindSchema& schema, const char* line, std::string_view* fields);
 
 // The lines of a section that stand as written and carry, in the fields of
