@@ -21,7 +21,7 @@ class KeyLines {
   // Forgets every key, for a section of about `expected` records.
   void Clear(size_t expected);
   // The line `key` was first met on; 0 when it is new, and it is kept as
-  // met on `line`.
+  // met on `line` (lines count from 1).
   int FirstLine(std::string_view key, int line);
 
  private:
