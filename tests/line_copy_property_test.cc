@@ -574,6 +574,17 @@ TEST(LineCopyPropertyTest, AKeyTheLineCannotTellIsLeftToTheFullRead) {
   EXPECT_TRUE(qv::OtherKeyLines(narrow, count, &fits).usable());
   const Layout wide = LayoutOf(12, "Disk");
   EXPECT_FALSE(qv::OtherKeyLines(narrow, count, &wide).usable());
+  // Flag strings of a member narrower than their 32 letters.
+  qv::LineField narrow_flags = {
+      qv::LineSyntax::kFlagString32, offsetof(Layout, count), qv::ValueType::kU16, 0, 0, 0};
+  const std::string letters = "\"" + std::string(32, 'N') + "\"";
+  std::string_view field;
+  EXPECT_FALSE(qv::SplitWrittenLine(KeyedLayout({narrow_flags}), letters.c_str(), &field));
+  qv::LineField word_flags = narrow_flags;
+  word_flags.type = qv::ValueType::kU32;
+  word_flags.offset = offsetof(Layout, bits);
+  EXPECT_TRUE(qv::SplitWrittenLine(KeyedLayout({word_flags}), letters.c_str(), &field));
+  EXPECT_EQ(field, letters);
   // Lines the check cannot judge on their bytes.
   const qv::KindSchema unquoted =
       KeyedLayout({Integer(offsetof(Layout, count), qv::ValueType::kU16),

@@ -42,7 +42,9 @@ const char* WrittenFieldEnd(const LineField& field, const char* p) {
     case LineSyntax::kFlag:
       return *p == 'Y' || *p == 'N' ? p + 1 : nullptr;
     case LineSyntax::kFlagString32: {
-      // Always 32 letters between quotes, also for an optional field.
+      // Always 32 letters between quotes, also for an optional field; a
+      // narrower member would not keep every letter's bit.
+      if (field.type != ValueType::kU32 && field.type != ValueType::kI32) return nullptr;
       if (*p != '"') return nullptr;
       for (int i = 1; i <= 32; ++i) {
         if (p[i] != 'Y' && p[i] != 'N') return nullptr;
